@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace tollivar::platform {
+
+/// Numbers of the application messages. Companion programs and threads send them: never renumber.
+enum class AppMessageId : quint32 {
+    AddressReady = 0x8008,      ///< drop zone (first = 0) or clipboard watch (first = 1)
+    TrayCallback = 0x800C,      ///< something happened on the tray icon
+    CapturedTexts = 0x8014,     ///< the capture browser handed texts over
+    TaskEvent = 0x8015,         ///< a worker reports; see tasks/api/task_event.h
+    FlashNote = 0x8017,         ///< show or clear the flash-player note
+    AddPendingAddress = 0x801A, ///< add the address that a command line brought
+    UpdateResult = 0x8028,      ///< result of an update check
+};
+
+/// Identifiers of the texts that other processes hand to the running program.
+enum class CopyDataId : quint32 {
+    CapturedText = 0, ///< one answer of the capture browser
+    CommandLine = 10, ///< the whole command line of a second start
+};
+
+} // namespace tollivar::platform

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/result.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace tollivar::platform {
+
+/// Where a child's standard output and error go.
+enum class ChildOutput {
+    OnePipe, ///< both into one pipe that read() empties
+    Discard, ///< nowhere
+};
+
+struct ChildOptions {
+    ChildOutput output = ChildOutput::OnePipe;
+    /// If not empty, "NAME=value" entries that replace or join the parent's environment.
+    QStringList environment;
+};
+
+/// One child program without a shell: started, read, asked for its end, ended.
+///
+/// The child never outlives us: it leads a process group of its own that kill() ends whole, and it
+/// is ended by the system when the thread that started it ends, however that happens. Its standard
+/// input is empty.
+///
+/// Threads: belongs to the thread that started it, which must live as long as the child.
+/// Owns:    the child and the pipe; the destructor kills a child that still runs and reaps it.
+class ChildProcess {
+public:
+    /// Starts `commandLine`: program name and arguments in one text, split by
+    /// splitCommandLine(). The program is found by findProgram().
+    /// Errors: the program cannot be found or started; nothing is left open then.
+    [[nodiscard]] static Result<std::unique_ptr<ChildProcess>>
+    start(const QString &commandLine, const ChildOptions &options = {});
+
+    ~ChildProcess();
+    ChildProcess(const ChildProcess &) = delete;
+    ChildProcess &operator=(const ChildProcess &) = delete;
+
+    /// What the pipe holds now, at most `buffer.size()` bytes; 0 when nothing waits or the pipe is
+    /// done. Never blocks.
+    [[nodiscard]] std::size_t read(std::span<std::byte> buffer);
+    /// Never blocks.
+    [[nodiscard]] bool hasEnded();
+    /// The exit status once it has ended; 128 + signal when a signal ended it.
+    [[nodiscard]] std::optional<int> exitCode();
+    /// Ends the whole process group at once and reaps the child. Blocks for milliseconds.
+    void kill();
+    [[nodiscard]] qint64 processId() const;
+
+private:
+    struct Private;
+    explicit ChildProcess(std::unique_ptr<Private> d);
+    std::unique_ptr<Private> d;
+};
+
+} // namespace tollivar::platform
