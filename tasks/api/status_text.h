@@ -7,7 +7,7 @@
 
 namespace tollivar::tasks {
 
-/// A status as text; `text` is empty-valued when the text shown so far stays.
+/// A status as text; `text` has no value when the text shown so far stays.
 struct StatusText {
     std::optional<QString> text;
     int kind = 2; ///< 1 for a changed record, 2 for everything else
