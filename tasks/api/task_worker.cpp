@@ -121,9 +121,7 @@ TaskState TaskWorker::previousState() const
 void TaskWorker::setState(TaskState state)
 {
     const std::lock_guard lock(m_mutex);
-    if (state != TaskState::Failed)
-        m_previousState = m_state;
-    m_state = state;
+    changeState(state);
 }
 
 void TaskWorker::enterStage(TaskState stage)
@@ -131,8 +129,14 @@ void TaskWorker::enterStage(TaskState stage)
     const std::lock_guard lock(m_mutex);
     if (stopWasAsked(m_state))
         return;
-    m_previousState = m_state;
-    m_state = stage;
+    changeState(stage);
+}
+
+void TaskWorker::changeState(TaskState state)
+{
+    if (m_state != TaskState::Failed)
+        m_previousState = m_state;
+    m_state = state;
 }
 
 void TaskWorker::setFailure(const TaskFailure &failure)

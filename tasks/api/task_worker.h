@@ -69,8 +69,8 @@ public:
     [[nodiscard]] std::chrono::seconds retryPause() const;
 
     [[nodiscard]] TaskState state() const;
-    /// The state before the last change; Failed does not count as one, so that after a failure it
-    /// tells the stage at which the run failed.
+    /// The state that was left last. Failed never counts as one: after a failure, and in the pause
+    /// before its retry, this tells the stage at which the run failed.
     [[nodiscard]] TaskState previousState() const;
     /// For the manager: sets the state whatever it was.
     void setState(TaskState state);
@@ -94,6 +94,9 @@ public:
     void post(TaskEventCode code, std::uint64_t value = 0);
 
 private:
+    /// Needs m_mutex.
+    void changeState(TaskState state);
+
     mutable std::mutex m_recordMutex;
     TaskInfo m_record;
 
