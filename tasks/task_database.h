@@ -2,6 +2,8 @@
 
 #include "platform/result.h"
 #include "tasks/api/task_info.h"
+#include "tasks/stored_tasks.h"
+#include "tasks/task_columns.h"
 
 #include <QString>
 
@@ -10,28 +12,6 @@
 #include <memory>
 
 namespace tollivar::tasks {
-
-/// Identity of a stored task; 0 before its first insert.
-using RowId = std::int64_t;
-
-/// Text columns that can be updated alone. The numbers are field codes: never renumber.
-enum class TextColumn : int {
-    DownloadUrl = 0,
-    FileType = 3,
-    Cookies = 4,
-    Agent = 5,
-    Referer = 6,
-    OutputName = 7,
-};
-
-/// Number columns that can be updated alone. The numbers are field codes: never renumber.
-enum class NumberColumn : int {
-    Size = 1,
-    DownloadSize = 2,
-    FileCreated = 8,
-    DownloadMode = 9, ///< the packed value
-    CompletedStatus = 10,
-};
 
 /// Whether a write must survive a power cut when the call returns.
 enum class Durability {

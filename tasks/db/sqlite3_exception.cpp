@@ -47,6 +47,8 @@ constexpr std::array kCodeNames{
     CodeName{kCppSqliteError, u"CPPSQLITE_ERROR"},
 };
 
+static_assert(kSqliteCorrupt == SQLITE_CORRUPT);
+
 } // namespace
 
 CppSQLite3Exception::CppSQLite3Exception(int code, const char16_t *detail, Detail owner)
@@ -57,6 +59,16 @@ CppSQLite3Exception::CppSQLite3Exception(int code, const char16_t *detail, Detai
 {
     if (owner == Detail::FromSqlite)
         sqlite3_free(const_cast<char16_t *>(detail));
+}
+
+bool CppSQLite3Exception::isDamagedFile() const
+{
+    return m_code == SQLITE_CORRUPT || m_code == SQLITE_NOTADB || m_code == SQLITE_FORMAT;
+}
+
+bool CppSQLite3Exception::isBusy() const
+{
+    return m_code == SQLITE_BUSY || m_code == SQLITE_LOCKED;
 }
 
 QString CppSQLite3Exception::codeName(int code)

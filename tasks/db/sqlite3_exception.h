@@ -9,6 +9,8 @@ namespace tollivar::tasks {
 
 /// Code of the errors that this layer finds itself; all others are SQLite's.
 inline constexpr int kCppSqliteError = 1000;
+/// SQLite's code of a damaged file, for callers who find damage themselves.
+inline constexpr int kSqliteCorrupt = 11;
 
 /// A failed database operation: SQLite's code and a message "NAME[code]: detail".
 ///
@@ -29,6 +31,11 @@ public:
     [[nodiscard]] QString errorMessage() const { return m_message; }
     /// The message in UTF-8.
     [[nodiscard]] const char *what() const noexcept override { return m_what.constData(); }
+
+    /// The file itself is broken or is no database: neither waiting nor another statement helps.
+    [[nodiscard]] bool isDamagedFile() const;
+    /// Another connection holds the file.
+    [[nodiscard]] bool isBusy() const;
 
     /// "SQLITE_BUSY" for 5; "UNKNOWN_ERROR" for a code that has no name.
     [[nodiscard]] static QString codeName(int code);

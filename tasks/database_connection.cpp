@@ -1,0 +1,66 @@
+#include "tasks/internal/database_connection.h"
+
+#include "tasks/db/sqlite3_exception.h"
+#include "tasks/internal/task_schema.h"
+#include "tasks/internal/transaction.h"
+
+namespace tollivar::tasks {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void configure(CppSQLite3DB &database)
+{
+    // Nothing in a database that somebody handed over may call functions or smuggle in odd cells.
+    database.execDML(u"PRAGMA trusted_schema = OFF"_s);
+    database.execDML(u"PRAGMA cell_size_check = ON"_s);
+    database.execDML(u"PRAGMA journal_mode = WAL"_s);
+    database.execDML(u"PRAGMA synchronous = FULL"_s);
+}
+
+void checkStructure(CppSQLite3DB &database)
+{
+    const QString verdict = database.execScalarText(u"PRAGMA quick_check(1)"_s);
+    if (verdict != u"ok")
+        throw CppSQLite3Exception(kSqliteCorrupt,
+                                  reinterpret_cast<const char16_t *>(verdict.utf16()));
+}
+
+void checkWritable(CppSQLite3DB &database)
+{
+    database.execDML(u"BEGIN IMMEDIATE"_s);
+    database.execDML(u"COMMIT"_s);
+}
+
+bool hasNoTable(CppSQLite3DB &database)
+{
+    if (database.execScalar(u"select count(*) from sqlite_master"_s) > 0)
+        return false;
+    // Pages without a table to which they belong are what a broken first page leaves.
+    if (database.execScalar(u"PRAGMA page_count"_s) > 1)
+        throw CppSQLite3Exception(kSqliteCorrupt, u"pages without a table");
+    return true;
+}
+
+} // namespace
+
+void connectToTasks(CppSQLite3DB &database, const QString &path,
+                    const std::function<void(CppSQLite3DB &)> &fillNew)
+{
+    CppSQLite3DB opened;
+    opened.open(path);
+    configure(opened);
+    checkStructure(opened);
+    checkWritable(opened);
+    Transaction transaction(opened);
+    const bool isNew = hasNoTable(opened);
+    ensureTaskSchema(opened);
+    checkTaskColumns(opened);
+    if (isNew)
+        fillNew(opened);
+    transaction.commit();
+    database = opened;
+}
+
+} // namespace tollivar::tasks

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "tasks/db/sqlite3_db.h"
+
+namespace tollivar::tasks {
+
+/// Makes table `tasks2` when it is missing and moves the rows of the older table `tasks` into it,
+/// as one transaction.
+///
+/// Errors: throws CppSQLite3Exception, having changed nothing.
+void ensureTaskSchema(CppSQLite3DB &database);
+
+/// Throws CppSQLite3Exception with the code of a damaged file when `tasks2` has other columns than
+/// kTaskColumns: its rows could be neither written nor understood.
+void checkTaskColumns(CppSQLite3DB &database);
+
+} // namespace tollivar::tasks
