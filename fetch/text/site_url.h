@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tollivar::fetch {
+
+/// Addresses of pages, and of the video-sharing site's watch pages. Pure functions.
+
+/// The address that makes the video-sharing site deliver the chosen quality (0 to 6, see
+/// `TaskInfo::nModeHigh`); addresses of other sites come back unchanged.
+[[nodiscard]] QString addressForParser(const QString &address, int quality);
+
+/// "http://" in front of an address that begins with neither http:// nor https://.
+[[nodiscard]] QString ensureScheme(const QString &address);
+
+/// What follows the watch-page prefix, parameters included; nothing for any other address, and for
+/// a watch page without an id.
+[[nodiscard]] std::optional<QString> watchPageId(const QString &address);
+
+} // namespace tollivar::fetch
