@@ -62,12 +62,11 @@ void applyAnswer(const AnswerRecord &record, tasks::TaskInfo &task)
     task.strPlayPath = record.playPath;
 }
 
-StepResult resolvePage(platform::AutoResetEvent &stop, const QString &commandLine,
-                       tasks::TaskInfo &task)
+ParserRun runParser(platform::AutoResetEvent &stop, const QString &commandLine)
 {
     ChildProcessRunner parser;
     if (!parser.start(commandLine)) {
-        return StepResult::ParseFailed;
+        return {};
     }
     QString answer;
     QString chunk;
@@ -88,14 +87,20 @@ StepResult resolvePage(platform::AutoResetEvent &stop, const QString &commandLin
         // Only an empty pipe is worth a pause.
         if (hasRead ? stop.poll() : stop.wait(kReadPause)) {
             parser.kill();
-            return StepResult::Stopped;
+            return {.result = StepResult::Stopped};
         }
     }
-    const auto records = readAnswer(answer);
-    if (!records.empty()) {
-        applyAnswer(records.front(), task);
+    return {.result = StepResult::Done, .records = readAnswer(answer)};
+}
+
+StepResult resolvePage(platform::AutoResetEvent &stop, const QString &commandLine,
+                       tasks::TaskInfo &task)
+{
+    const ParserRun run = runParser(stop, commandLine);
+    if (!run.records.empty()) {
+        applyAnswer(run.records.front(), task);
     }
-    return StepResult::Done;
+    return run.result;
 }
 
 } // namespace tollivar::fetch

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <vector>
+
 namespace tollivar::fetch {
 
 /// The command line that has a companion find the media of a page. The address becomes exactly one
@@ -15,6 +17,21 @@ namespace tollivar::fetch {
 [[nodiscard]] QString parserCommandLine(const QString &address, QStringView modeSeparator,
                                         QStringView mode, QStringView type);
 
+/// What a page parser answered; nothing when it could not be started.
+struct ParserRun {
+    StepResult result = StepResult::ParseFailed;
+    std::vector<AnswerRecord> records{};
+};
+
+/// Runs a page parser to its end and reads its answer.
+///
+/// Threads: any; a stop kills the parser at once.
+[[nodiscard]] ParserRun runParser(platform::AutoResetEvent &stop, const QString &commandLine);
+
+/// Copies what a record says of a medium; what would be dangerous in a file's ending is made
+/// harmless, and an address of a kind that is not fetched is left out.
+void applyAnswer(const AnswerRecord &record, tasks::TaskInfo &task);
+
 /// Runs the page parser and copies the first record of its answer into `task`.
 ///
 /// Threads: the worker's; a stop kills the parser at once.
@@ -22,9 +39,5 @@ namespace tollivar::fetch {
 ///          leaves the task as it is and is Done: the caller looks at the address.
 [[nodiscard]] StepResult resolvePage(platform::AutoResetEvent &stop, const QString &commandLine,
                                      tasks::TaskInfo &task);
-
-/// Copies what a record says of a medium; what would be dangerous in a file's ending is made
-/// harmless, and an address of a kind that is not fetched is left out.
-void applyAnswer(const AnswerRecord &record, tasks::TaskInfo &task);
 
 } // namespace tollivar::fetch

@@ -17,8 +17,10 @@ enum class AppMessageId : quint32 {
 
 /// Identifiers of the texts that other processes hand to the running program.
 enum class CopyDataId : quint32 {
-    CapturedText = 0, ///< one answer of the capture browser
-    CommandLine = 10, ///< the whole command line of a second start
+    CapturedText = 0,       ///< one answer of the capture browser
+    CommandLine = 10,       ///< the whole command line of a second start, UTF-16 with its end mark
+    BringToFront = 0x10001, ///< nothing; the window is wanted
+    AddTasks = 0x10002,     ///< tasks of the terminal front end, see app/task_request.h
 };
 
 } // namespace tollivar::platform

@@ -1,0 +1,139 @@
+#include "app/cli/task_session.h"
+
+#include "app/cli/exit_status.h"
+#include "platform/interrupt.h"
+#include "tasks/api/failure_text.h"
+
+namespace tollivar::app {
+
+using tasks::TaskEventCode;
+using tasks::TaskState;
+
+namespace {
+
+QString whyItFailed(const tasks::TaskWorker &worker)
+{
+    return tasks::failureText(worker.previousState()) + tasks::failureReason(worker.failure());
+}
+
+} // namespace
+
+TaskSession::TaskSession(Engine &engine, TaskView &view) : m_engine(engine), m_view(view)
+{
+    m_engine.onEvent([this](std::uint32_t id, TaskEventCode code) { handleEvent(id, code); });
+}
+
+bool TaskSession::add(const tasks::TaskInfo &task)
+{
+    const std::uint32_t id = m_engine.manager().addTask(task, tasks::TaskOrigin::New);
+    if (m_engine.manager().storedRowOf(id) == 0) {
+        return false;
+    }
+    report(ReportKind::Added, id);
+    start(id);
+    return true;
+}
+
+void TaskSession::start(std::uint32_t taskId)
+{
+    m_unfinished.insert(taskId);
+    auto &manager = m_engine.manager();
+    manager.startTask(manager.rowOf(taskId), tasks::Placement::Keep);
+}
+
+int TaskSession::wait()
+{
+    const platform::InterruptWatch interrupt(kInterrupted, [this] { stopAll(); });
+    if (!m_unfinished.empty()) {
+        m_loop.exec();
+    }
+    if (m_isInterrupted) {
+        return kInterrupted;
+    }
+    return m_hasFailure ? kTaskFailed : kAllCompleted;
+}
+
+void TaskSession::handleEvent(std::uint32_t taskId, TaskEventCode code)
+{
+    if (!m_unfinished.contains(taskId)) {
+        return;
+    }
+    switch (code) {
+    case TaskEventCode::ParsingAddress:
+        report(ReportKind::Resolving, taskId);
+        break;
+    case TaskEventCode::TakingTitle:
+        report(ReportKind::Title, taskId);
+        break;
+    case TaskEventCode::DownloadStarted:
+        report(ReportKind::Downloading, taskId);
+        break;
+    case TaskEventCode::Progress:
+    case TaskEventCode::ProgressUnknownSize:
+        report(ReportKind::Progress, taskId);
+        break;
+    case TaskEventCode::ParseFailed:
+    case TaskEventCode::DownloadFailed:
+    case TaskEventCode::Completed:
+    case TaskEventCode::Stopped:
+        reportEnd(taskId);
+        break;
+    case TaskEventCode::SizeKnown:
+    case TaskEventCode::RecordChanged:
+    case TaskEventCode::AnswerStored:
+    case TaskEventCode::FileCreated:
+        break;
+    }
+}
+
+void TaskSession::reportEnd(std::uint32_t taskId)
+{
+    const tasks::TaskWorker &worker = *m_engine.manager().worker(taskId);
+    switch (worker.state()) {
+    case TaskState::Started:
+        report(ReportKind::Retry, taskId,
+               whyItFailed(worker) +
+                   QStringLiteral(" - Wait 5 secs before retry (%1)").arg(worker.retryAttempt()));
+        return;
+    case TaskState::Completed:
+        report(ReportKind::Completed, taskId);
+        break;
+    case TaskState::Failed:
+        m_hasFailure = true;
+        report(ReportKind::Failed, taskId, whyItFailed(worker));
+        break;
+    default:
+        report(ReportKind::Stopped, taskId, QStringLiteral("Stopped"));
+        break;
+    }
+    m_unfinished.erase(taskId);
+    if (m_unfinished.empty()) {
+        m_loop.quit();
+    }
+}
+
+void TaskSession::stopAll()
+{
+    m_isInterrupted = true;
+    auto &manager = m_engine.manager();
+    for (const std::uint32_t id : std::set(m_unfinished)) {
+        if (manager.stopTask(manager.rowOf(id)) == tasks::StopOutcome::Stopped) {
+            reportEnd(id);
+        }
+    }
+}
+
+void TaskSession::report(ReportKind kind, std::uint32_t taskId, const QString &reason)
+{
+    const auto *const worker = m_engine.manager().worker(taskId);
+    TaskReport report{.kind = kind,
+                      .row = m_engine.manager().storedRowOf(taskId),
+                      .task = worker->record(),
+                      .reason = reason};
+    if (kind == ReportKind::Downloading || kind == ReportKind::Progress) {
+        report.progress = worker->progress();
+    }
+    m_view.show(report);
+}
+
+} // namespace tollivar::app

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tollivar::app {
+
+/// The address that a command line brings: arguments behind the program's name are name and value,
+/// pair by pair; the first pair named "-url", in any case, counts.
+[[nodiscard]] std::optional<QString> addressOf(const QStringList &arguments);
+
+} // namespace tollivar::app
