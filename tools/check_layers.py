@@ -47,7 +47,7 @@ def complaints(source, layers):
     names = {entry[0]: folder for folder, entry in layers.items()}
     for path in sorted(source.glob("**/*.h")) + sorted(source.glob("**/*.cpp")):
         relative = path.relative_to(source)
-        if relative.parts[0] in ("build", "tests", "bench") or relative.parts[0].startswith("."):
+        if relative.parts[0] in ("build", "tests", "bench", "samples") or relative.parts[0].startswith("."):
             continue
         folder = folder_of(relative, layers)
         if folder is None:
