@@ -13,6 +13,7 @@
 
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <QSet>
 
 #include <limits>
 
@@ -57,26 +58,33 @@ struct TaskDatabase::Private {
     CppSQLite3DB database;
     Durability durability = Durability::Durable; ///< what the connection is set to
     int transactionDepth = 0;
+    QSet<QString> toldInTransaction;
 
-    void notify(const QString &message) const;
-    void guarded(const std::function<void()> &operation) const;
+    void notify(const QString &message);
+    void guarded(const std::function<void()> &operation);
     void execute(const QString &sql, Durability asked);
     void setDurability(Durability asked);
 
     Result<void> openOrReplace(const QString &legacyListPath);
     Result<void> replaceDamaged();
-    void importOldList(CppSQLite3DB &target, const QString &legacyListPath) const;
+    void importOldList(CppSQLite3DB &target, const QString &legacyListPath);
     void load(const QString &sql, const Receiver &receive, RowId &last);
     void loadOrReplace(const Receiver &receive);
 };
 
-void TaskDatabase::Private::notify(const QString &message) const
+void TaskDatabase::Private::notify(const QString &message)
 {
+    // One full disk is one message, not one for each of a thousand rows.
+    if (transactionDepth > 0) {
+        if (toldInTransaction.contains(message))
+            return;
+        toldInTransaction.insert(message);
+    }
     if (notifier)
         notifier(message);
 }
 
-void TaskDatabase::Private::guarded(const std::function<void()> &operation) const
+void TaskDatabase::Private::guarded(const std::function<void()> &operation)
 {
     try {
         operation();
@@ -137,7 +145,7 @@ Result<void> TaskDatabase::Private::replaceDamaged()
     return {};
 }
 
-void TaskDatabase::Private::importOldList(CppSQLite3DB &target, const QString &legacyListPath) const
+void TaskDatabase::Private::importOldList(CppSQLite3DB &target, const QString &legacyListPath)
 {
     // What was inserted before a failure stays.
     guarded([&] {
@@ -247,13 +255,20 @@ void TaskDatabase::inTransaction(const std::function<void()> &work)
         d->setDurability(Durability::Durable);
         transaction.emplace(d->database);
     });
+    const auto leave = qScopeGuard([this] {
+        if (--d->transactionDepth == 0)
+            d->toldInTransaction.clear();
+    });
     ++d->transactionDepth;
-    const auto leave = qScopeGuard([this] { --d->transactionDepth; });
     work();
-    d->guarded([&transaction] {
+    try {
         if (transaction)
             transaction->commit();
-    });
+    } catch (const CppSQLite3Exception &error) {
+        // When SQLite has given the transaction up, the failed statement told why.
+        if (d->toldInTransaction.isEmpty())
+            d->notify(error.errorMessage());
+    }
 }
 
 } // namespace tollivar::tasks

@@ -61,7 +61,9 @@ public:
     /// A row that does not exist is no error.
     void DeleteTask(RowId row);
 
-    /// Runs `work` as one transaction: for bulk inserts and removals.
+    /// Runs `work` as one transaction: for bulk inserts and removals. May be nested. A failure that
+    /// ends the transaction undoes all of it, the rows it inserted included; each message is told
+    /// once.
     void inTransaction(const std::function<void()> &work);
 
 private:
