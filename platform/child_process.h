@@ -28,17 +28,19 @@ struct ChildOptions {
 
 /// One child program without a shell: started, read, asked for its end, ended.
 ///
-/// The child never outlives us: it leads a process group of its own that kill() ends whole, and it
-/// is ended by the system when the thread that started it ends, however that happens. Its standard
-/// input is empty.
+/// The child never outlives us: it leads a session and process group of its own that kill() ends
+/// whole, and it is ended by the system when the thread that started it ends, however that happens.
+/// Its standard input is empty, and of our descriptors it inherits none but its output.
 ///
 /// Threads: belongs to the thread that started it, which must live as long as the child.
-/// Owns:    the child and the pipe; the destructor kills a child that still runs and reaps it.
+/// Owns:    the child and the pipe; the destructor ends what is left of the group and reaps.
 class ChildProcess {
 public:
     /// Starts `commandLine`: program name and arguments in one text, split by
-    /// splitCommandLine(). The program is found by findProgram().
-    /// Errors: the program cannot be found or started; nothing is left open then.
+    /// splitCommandLine(). The program is found by findProgram(). Blocks until the program has
+    /// taken over the new process.
+    /// Errors: AskUser when the program cannot be found or started, TryAgain when the system is
+    ///         short of processes or descriptors; nothing is left open then.
     [[nodiscard]] static Result<std::unique_ptr<ChildProcess>>
     start(const QString &commandLine, const ChildOptions &options = {});
 
@@ -49,11 +51,15 @@ public:
     /// What the pipe holds now, at most `buffer.size()` bytes; 0 when nothing waits or the pipe is
     /// done. Never blocks.
     [[nodiscard]] std::size_t read(std::span<std::byte> buffer);
+    /// Blocks up to `limit` until read() has something to give or the pipe is done: true then.
+    /// After a true, a read() of 0 means that no output will come any more.
+    [[nodiscard]] bool waitForOutput(std::chrono::milliseconds limit);
     /// Never blocks.
     [[nodiscard]] bool hasEnded();
     /// The exit status once it has ended; 128 + signal when a signal ended it.
     [[nodiscard]] std::optional<int> exitCode();
-    /// Ends the whole process group at once and reaps the child. Blocks for milliseconds.
+    /// Ends the whole process group at once, also what a child that has ended left behind in it,
+    /// and reaps the child. Output that waits can still be read. Blocks for milliseconds.
     void kill();
     [[nodiscard]] qint64 processId() const;
 

@@ -4,13 +4,15 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
+#include <system_error>
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,6 +22,11 @@ namespace tollivar::platform {
 namespace {
 
 constexpr int kFirstOwnDescriptor = 3;
+constexpr int kSignalBase = 128;
+/// Of a child that somebody else has reaped.
+constexpr int kNoExitCode = -1;
+/// Of a child that could not become the program; nobody sees it.
+constexpr int kNotStarted = 127;
 
 /// What execve() wants, kept alive beside the texts it points to.
 class PointerList {
@@ -78,21 +85,24 @@ struct Launch {
 {
     const int code = errno;
     [[maybe_unused]] const auto written = write(launch.report, &code, sizeof(code));
-    _exit(127);
+    _exit(kNotStarted);
 }
 
 [[noreturn]] void becomeProgram(const Launch &launch)
 {
-    setpgid(0, 0);
+    // A session of its own: a group that can be ended whole, and no terminal to ask for a password.
+    setsid();
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != launch.parent) {
-        _exit(127); // The parent died before the line above took effect.
+        _exit(kNotStarted); // The parent died before the line above took effect.
     }
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    // Ignored signals stay ignored across exec; these two change how programs work.
     signal(SIGPIPE, SIG_DFL);
-    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+    signal(SIGCHLD, SIG_DFL);
+    const int null = open("/dev/null", O_RDWR);
     const int output = launch.output >= 0 ? launch.output : null;
     if (dup2(null, STDIN_FILENO) < 0 || dup2(output, STDOUT_FILENO) < 0 ||
         dup2(output, STDERR_FILENO) < 0) {
@@ -104,13 +114,59 @@ struct Launch {
     failInChild(launch);
 }
 
-void closeIfOpen(int &handle)
-{
-    if (handle >= 0) {
-        close(handle);
-        handle = -1;
+/// One descriptor, closed with the object.
+class Descriptor {
+public:
+    Descriptor() = default;
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    [[nodiscard]] int get() const { return m_value; }
+    void take(int value)
+    {
+        close();
+        m_value = value;
     }
-}
+    void take(Descriptor &other) { take(std::exchange(other.m_value, -1)); }
+    void close()
+    {
+        if (m_value >= 0) {
+            ::close(std::exchange(m_value, -1));
+        }
+    }
+
+private:
+    int m_value = -1;
+};
+
+struct Pipe {
+    Descriptor readEnd;
+    Descriptor writeEnd;
+
+    /// False, with errno set, when the system has no pipe left.
+    [[nodiscard]] bool open()
+    {
+        std::array<int, 2> ends = {-1, -1};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) {
+            return false;
+        }
+        readEnd.take(ends[0]);
+        writeEnd.take(ends[1]);
+        return lift(readEnd) && lift(writeEnd);
+    }
+
+private:
+    /// A program that was started without standard streams gets a pipe in their place, where the
+    /// child would write over it.
+    static bool lift(Descriptor &end)
+    {
+        if (end.get() < kFirstOwnDescriptor) {
+            end.take(fcntl(end.get(), F_DUPFD_CLOEXEC, kFirstOwnDescriptor));
+        }
+        return end.get() >= 0;
+    }
+};
 
 /// The child's error code when it could not become the program; 0 when it did.
 int startError(int report)
@@ -121,26 +177,62 @@ int startError(int report)
     return code;
 }
 
+tl::unexpected<Error> startFailure(const QString &what, int code)
+{
+    const bool passes = code == EAGAIN || code == ENOMEM || code == EMFILE || code == ENFILE;
+    return failure(passes ? ErrorKind::TryAgain : ErrorKind::AskUser,
+                   what + QStringLiteral(": ") +
+                       QString::fromStdString(std::generic_category().message(code)),
+                   code);
+}
+
+/// Where the program that started us had its children's ends ignored, every exit status would be
+/// lost.
+void letChildrenBeWaitedFor()
+{
+    struct sigaction action = {};
+    if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+        action.sa_handler = SIG_DFL;
+        sigaction(SIGCHLD, &action, nullptr);
+    }
+}
+
 } // namespace
 
 struct ChildProcess::Private {
     pid_t process = -1;
-    int output = -1;
+    Descriptor output;
     std::optional<int> exitCode;
+    /// Once reaped, the number of process and group may belong to somebody else.
+    bool isReaped = false;
 
-    ~Private() { closeIfOpen(output); }
+    /// Takes note of the end but leaves the ended process in its place, which keeps the number of
+    /// its group ours until kill().
+    void lookForEnd()
+    {
+        siginfo_t info = {};
+        int result = -1;
+        do {
+            result = waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT);
+        } while (result != 0 && errno == EINTR);
+        if (result != 0) {
+            exitCode = kNoExitCode;
+            isReaped = true;
+        } else if (info.si_pid == process) {
+            exitCode = info.si_code == CLD_EXITED ? info.si_status : kSignalBase + info.si_status;
+        }
+    }
 
-    void reap(int options)
+    void reap()
     {
         int status = 0;
         pid_t ended = -1;
         do {
-            ended = waitpid(process, &status, options);
+            ended = waitpid(process, &status, 0);
         } while (ended < 0 && errno == EINTR);
-        if (ended == process) {
-            exitCode = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-        } else if (ended < 0) {
-            exitCode = -1; // Somebody else reaped it.
+        isReaped = true;
+        if (!exitCode) {
+            exitCode = WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
         }
     }
 };
@@ -154,48 +246,42 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const QString &command
         return failure(ErrorKind::AskUser, QStringLiteral("program \"%1\" is not found")
                                                .arg(words.isEmpty() ? QString() : words.front()));
     }
+    if (commandLine.contains(QChar::Null)) {
+        return failure(ErrorKind::AskUser,
+                       QStringLiteral("the command line holds a NUL character"));
+    }
     std::vector<QByteArray> arguments;
     for (const QString &word : words) {
-        arguments.push_back(word.toUtf8());
+        arguments.push_back(QFile::encodeName(word));
     }
-    std::array<int, 2> output = {-1, -1};
-    std::array<int, 2> report = {-1, -1};
-    const bool wantsOutput = options.output == ChildOutput::OnePipe;
-    if ((wantsOutput && pipe2(output.data(), O_CLOEXEC) != 0) ||
-        pipe2(report.data(), O_CLOEXEC) != 0) {
-        const int code = errno;
-        closeIfOpen(output[0]);
-        closeIfOpen(output[1]);
-        return failure(ErrorKind::TryAgain, QStringLiteral("no pipe can be made"), code);
+    Pipe output;
+    Pipe report;
+    if ((options.output == ChildOutput::OnePipe && !output.open()) || !report.open()) {
+        return startFailure(*program, errno);
     }
+    letChildrenBeWaitedFor();
     const Launch launch{.program = QFile::encodeName(*program),
                         .arguments = PointerList(std::move(arguments)),
                         .environment = environmentWith(options.environment),
                         .parent = getpid(),
-                        .output = output[1],
-                        .report = report[1]};
+                        .output = output.writeEnd.get(),
+                        .report = report.writeEnd.get()};
     auto d = std::make_unique<Private>();
     d->process = fork();
-    const int forkError = errno;
+    if (d->process < 0) {
+        return startFailure(*program, errno);
+    }
     if (d->process == 0) {
         becomeProgram(launch);
     }
-    d->output = output[0];
-    closeIfOpen(output[1]);
-    closeIfOpen(report[1]);
-    const int code = d->process < 0 ? forkError : startError(report[0]);
-    closeIfOpen(report[0]);
-    if (code != 0) {
-        if (d->process > 0) {
-            d->reap(0);
-        }
-        return failure(
-            ErrorKind::AskUser,
-            QStringLiteral("%1: %2").arg(*program, QString::fromLocal8Bit(std::strerror(code))),
-            code);
+    report.writeEnd.close();
+    if (const int code = startError(report.readEnd.get()); code != 0) {
+        d->reap();
+        return startFailure(*program, code);
     }
-    if (d->output >= 0) {
-        fcntl(d->output, F_SETFL, O_NONBLOCK);
+    d->output.take(output.readEnd);
+    if (d->output.get() >= 0) {
+        fcntl(d->output.get(), F_SETFL, O_NONBLOCK);
     }
     return std::unique_ptr<ChildProcess>(new ChildProcess(std::move(d)));
 }
@@ -209,20 +295,36 @@ ChildProcess::~ChildProcess()
 
 std::size_t ChildProcess::read(std::span<std::byte> buffer)
 {
-    if (d->output < 0) {
+    if (d->output.get() < 0) {
         return 0;
     }
     ssize_t count = -1;
     do {
-        count = ::read(d->output, buffer.data(), buffer.size());
+        count = ::read(d->output.get(), buffer.data(), buffer.size());
     } while (count < 0 && errno == EINTR);
     return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+bool ChildProcess::waitForOutput(std::chrono::milliseconds limit)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + limit;
+    pollfd pipe = {.fd = d->output.get(), .events = POLLIN, .revents = 0};
+    for (;;) {
+        const auto left =
+            std::max(std::chrono::milliseconds(0),
+                     std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()));
+        const int count = poll(&pipe, 1, static_cast<int>(left.count()));
+        if (count >= 0 || errno != EINTR) {
+            return count > 0;
+        }
+    }
 }
 
 bool ChildProcess::hasEnded()
 {
     if (!d->exitCode) {
-        d->reap(WNOHANG);
+        d->lookForEnd();
     }
     return d->exitCode.has_value();
 }
@@ -234,11 +336,9 @@ std::optional<int> ChildProcess::exitCode()
 
 void ChildProcess::kill()
 {
-    // The group may hold grandchildren after the child itself has ended; its number stays taken
-    // as long as one of them lives, and the child is not reaped before the first signal.
-    if (!d->exitCode) {
+    if (!d->isReaped) {
         ::kill(-d->process, SIGKILL);
-        d->reap(0);
+        d->reap();
     }
 }
 
