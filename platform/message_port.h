@@ -20,7 +20,8 @@ struct AppMessage {
 /// How a message joins those that still wait for the receiver.
 enum class Delivery {
     Each,      ///< queued behind all others; never merged, dropped or reordered
-    NewestWins ///< takes the place of a waiting message with the same id and first value
+    NewestWins ///< takes the place of a waiting message with the same id and first value, unless an
+               ///< Each has been posted since
 };
 
 /// The sending end of an AppMessageInbox: a small handle that may outlive the receiver.
@@ -49,7 +50,9 @@ private:
 ///
 /// Threads: made, used and destroyed on one thread that runs an event loop; the handler runs there.
 ///          While a batch is handed over, further messages wait for the next turn of the loop, so
-///          that a flood starves neither timers nor painting.
+///          that a flood starves neither timers nor painting. The handler may run an event loop of
+///          its own (a dialog does): the rest of the batch arrives there, in order. It may also
+///          destroy the inbox.
 /// Owns:    the queue, together with the ports; what still waits is dropped at destruction.
 class AppMessageInbox final : public QObject {
     Q_OBJECT
@@ -68,8 +71,9 @@ public:
     bool event(QEvent *event) override;
 
 private:
-    Handler m_handler;
+    struct Batch;
     std::shared_ptr<AppMessagePort::Queue> m_queue;
+    std::shared_ptr<Batch> m_batch;
 };
 
 } // namespace tollivar::platform

@@ -5,14 +5,22 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace tollivar::platform {
 
 struct WorkerThread::State {
-    mutable std::mutex mutex;
-    mutable std::condition_variable changed;
+    std::mutex mutex;
+    std::condition_variable changed;
     bool hasEnded = false;
+
+    void end()
+    {
+        const std::lock_guard lock(mutex);
+        hasEnded = true;
+        changed.notify_all();
+    }
 };
 
 namespace {
@@ -40,15 +48,20 @@ WorkerThread::~WorkerThread() = default;
 
 void WorkerThread::resume()
 {
-    std::thread([function = std::move(m_function), state = m_state]() mutable {
+    Q_ASSERT(m_function);
+    auto body = [function = std::exchange(m_function, nullptr), state = m_state]() mutable {
         runCaught(function);
         // What the function captured goes before the end is told: whoever waits for the end may
         // rely on it.
         function = nullptr;
-        const std::lock_guard lock(state->mutex);
-        state->hasEnded = true;
-        state->changed.notify_all();
-    }).detach();
+        state->end();
+    };
+    try {
+        std::thread(std::move(body)).detach();
+    } catch (const std::system_error &error) {
+        qWarning("a worker thread could not be started: %s", error.what());
+        m_state->end();
+    }
 }
 
 bool WorkerThread::hasEnded() const

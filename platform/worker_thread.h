@@ -12,6 +12,7 @@ namespace tollivar::platform {
 /// Owns:    the thread. Destroying it does not wait: a thread that still runs is let go and keeps
 ///          alive what its function captured, so capture shared owners and nothing borrowed.
 /// Errors:  what the function throws ends the thread and is logged; report failures before that.
+///          When the system has no thread left, the function goes unrun and the thread has ended.
 class WorkerThread {
 public:
     explicit WorkerThread(std::function<void()> function);
