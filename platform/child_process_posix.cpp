@@ -1,5 +1,6 @@
 #include "platform/child_process.h"
 #include "platform/command_line_text.h"
+#include "platform/exec_lists_posix.h"
 #include "platform/find_program.h"
 
 #include <QFile>
@@ -27,48 +28,6 @@ constexpr int kSignalBase = 128;
 constexpr int kNoExitCode = -1;
 /// Of a child that could not become the program; nobody sees it.
 constexpr int kNotStarted = 127;
-
-/// What execve() wants, kept alive beside the texts it points to.
-class PointerList {
-public:
-    explicit PointerList(std::vector<QByteArray> texts) : m_texts(std::move(texts))
-    {
-        for (QByteArray &text : m_texts) {
-            m_pointers.push_back(text.data());
-        }
-        m_pointers.push_back(nullptr);
-    }
-
-    [[nodiscard]] char *const *data() const { return m_pointers.data(); }
-
-private:
-    std::vector<QByteArray> m_texts;
-    std::vector<char *> m_pointers;
-};
-
-QByteArray nameOf(const QByteArray &entry)
-{
-    return entry.left(entry.indexOf('='));
-}
-
-PointerList environmentWith(const QStringList &changes)
-{
-    std::vector<QByteArray> entries;
-    for (const QString &change : changes) {
-        entries.push_back(QFile::encodeName(change));
-    }
-    const std::size_t changeCount = entries.size();
-    for (char **entry = environ; *entry != nullptr; ++entry) {
-        const QByteArray name = nameOf(*entry);
-        const bool isReplaced =
-            std::any_of(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(changeCount),
-                        [&name](const QByteArray &change) { return nameOf(change) == name; });
-        if (!isReplaced) {
-            entries.emplace_back(*entry);
-        }
-    }
-    return PointerList(std::move(entries));
-}
 
 /// Everything the new process needs, prepared before the fork: after it only calls that are safe
 /// in a copy of a process with threads are allowed.

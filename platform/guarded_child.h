@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/result.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <memory>
+
+namespace tollivar::platform {
+
+/// What a guarded program is, and what goes with it.
+struct GuardedOptions {
+    QString program; ///< absolute path
+    QStringList arguments;
+    /// "NAME=value" entries that replace or join our environment.
+    QStringList environment;
+    /// A folder that the guard removes when the program has ended, with all that is in it.
+    QString folder;
+};
+
+/// A program that talks over two pipes (its descriptors 3 and 4) and never outlives us, nor leaves
+/// its folder behind, even when we are killed: a guardian process stands between, ends the program
+/// and all that it started, and removes the folder.
+///
+/// Threads: one thread.
+/// Owns:    the guardian and the pipes. The destructor ends the program and waits until the folder
+///          is gone, up to a few seconds.
+class GuardedChild {
+public:
+    /// Errors: AskUser when the guardian or the program cannot be started.
+    [[nodiscard]] static Result<std::unique_ptr<GuardedChild>> start(const GuardedOptions &options);
+
+    ~GuardedChild();
+    GuardedChild(const GuardedChild &) = delete;
+    GuardedChild &operator=(const GuardedChild &) = delete;
+
+    /// False when the program does not take the bytes within `limit`, or is gone.
+    [[nodiscard]] bool write(const QByteArray &bytes, std::chrono::milliseconds limit);
+
+    /// What the program said: waits up to `limit` for the first byte. Empty when nothing came.
+    [[nodiscard]] QByteArray read(std::chrono::milliseconds limit);
+
+    /// True once the program has closed its pipe.
+    [[nodiscard]] bool isGone() const;
+
+private:
+    struct Private;
+    explicit GuardedChild(std::unique_ptr<Private> d);
+    std::unique_ptr<Private> d;
+};
+
+/// The guardian's own program: the whole of its main function. Its arguments are the folder, the
+/// guarded program and that one's arguments.
+[[nodiscard]] int runGuardian(int argc, char **argv);
+
+} // namespace tollivar::platform

@@ -1,0 +1,96 @@
+#include "platform/guarded_child.h"
+
+#include <charconv>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tollivar::platform {
+
+namespace {
+
+constexpr int kLifeLine = 5;
+constexpr int kFirstProgramArgument = 2;
+constexpr std::chrono::milliseconds kKillRound{5};
+constexpr int kKillRounds = 600;
+
+[[noreturn]] void becomeProgram(char **argv, pid_t guardian)
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != guardian) {
+        _exit(127);
+    }
+    close(kLifeLine);
+    execv(argv[kFirstProgramArgument], argv + kFirstProgramArgument);
+    _exit(127);
+}
+
+/// Until our owner is gone, or the program has ended by itself.
+void waitForEnd(pid_t program)
+{
+    const auto handle = static_cast<int>(syscall(SYS_pidfd_open, program, 0));
+    std::array<pollfd, 2> waits = {pollfd{kLifeLine, POLLIN, 0}, pollfd{handle, POLLIN, 0}};
+    while (poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) {
+    }
+}
+
+/// Every process whose parent we are: those that we started, and their children once orphaned.
+void killChildren()
+{
+    const std::string self = std::to_string(getpid());
+    std::ifstream list("/proc/" + self + "/task/" + self + "/children");
+    for (pid_t child = 0; list >> child;) {
+        kill(child, SIGKILL);
+    }
+}
+
+void endEverything()
+{
+    for (int round = 0; round < kKillRounds; ++round) {
+        killChildren();
+        pid_t ended = 0;
+        while ((ended = waitpid(-1, nullptr, WNOHANG)) > 0) {
+        }
+        if (ended < 0 && errno == ECHILD) {
+            return;
+        }
+        std::this_thread::sleep_for(kKillRound);
+    }
+}
+
+} // namespace
+
+int runGuardian(int argc, char **argv)
+{
+    if (argc <= kFirstProgramArgument) {
+        return 2;
+    }
+    // Orphans of the program become ours, so that none escapes.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    const pid_t self = getpid();
+    const pid_t program = fork();
+    if (program == 0) {
+        becomeProgram(argv, self);
+    }
+    // The program alone holds its pipes, so that their end means its end.
+    close(3);
+    close(4);
+    if (program > 0) {
+        waitForEnd(program);
+    }
+    endEverything();
+    std::error_code ignored;
+    std::filesystem::remove_all(argv[1], ignored);
+    return 0;
+}
+
+} // namespace tollivar::platform
