@@ -91,24 +91,42 @@ bool isNamed(QStringView text, QStringView name)
     return text.trimmed().compare(name.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
+qsizetype endOfLine(QStringView text, qsizetype begin)
+{
+    while (begin < text.size() && text[begin] != u'\n' && text[begin] != u'\r') {
+        ++begin;
+    }
+    return begin;
+}
+
+/// Where the line behind the one that ends at `end` begins.
+qsizetype nextLine(QStringView text, qsizetype end)
+{
+    const bool isPair = end + 1 < text.size() && text[end] == u'\r' && text[end + 1] == u'\n';
+    return end + (isPair ? 2 : 1);
+}
+
+/// True for the heading of the section; `trimmed` begins with its bracket.
+bool isHeadingOf(QStringView trimmed, QStringView section)
+{
+    const qsizetype close = trimmed.indexOf(u']');
+    return close > 0 && isNamed(trimmed.sliced(1, close - 1), section);
+}
+
 /// One walk over the lines; the first section and the first key of that name count.
 Place find(QStringView text, QStringView section, QStringView key)
 {
     Place place;
     bool isInside = false;
     for (qsizetype begin = 0; begin < text.size();) {
-        qsizetype end = begin;
-        while (end < text.size() && text[end] != u'\n' && text[end] != u'\r') {
-            ++end;
-        }
+        const qsizetype end = endOfLine(text, begin);
         const QStringView line = text.sliced(begin, end - begin);
         const QStringView trimmed = line.trimmed();
         if (trimmed.startsWith(u'[')) {
             if (isInside) {
                 return place;
             }
-            const qsizetype close = trimmed.indexOf(u']');
-            isInside = close > 0 && isNamed(trimmed.sliced(1, close - 1), section);
+            isInside = isHeadingOf(trimmed, section);
             place.hasSection = isInside;
         } else if (const qsizetype equals = line.indexOf(u'='); isInside && equals >= 0 &&
                                                                 !trimmed.startsWith(u';') &&
@@ -119,8 +137,7 @@ Place find(QStringView text, QStringView section, QStringView key)
             place.hasKey = true;
             return place;
         }
-        begin =
-            end + (end + 1 < text.size() && text[end] == u'\r' && text[end + 1] == u'\n' ? 2 : 1);
+        begin = nextLine(text, end);
         if (isInside && !trimmed.isEmpty()) {
             place.begin = place.end = std::min(begin, text.size());
         }
@@ -164,6 +181,12 @@ QString IniFile::read(QStringView section, QStringView key, const QString &fallb
     return place.hasKey ? unquoted(place.value) : fallback;
 }
 
+QHash<QString, QString> IniFile::readSection(QStringView section) const
+{
+    const auto content = load(m_path);
+    return content ? iniSection(content->text, section) : QHash<QString, QString>();
+}
+
 Result<void> IniFile::write(QStringView section, QStringView key, QStringView value) const
 {
     Content content;
@@ -191,6 +214,32 @@ Result<void> IniFile::write(QStringView section, QStringView key, QStringView va
                         QStringLiteral("]\r\n") + line + lineEnd;
     }
     return replaceFile(m_path, encode(content));
+}
+
+QHash<QString, QString> iniSection(QStringView text, QStringView section)
+{
+    QHash<QString, QString> values;
+    bool isInside = false;
+    for (qsizetype begin = 0, end = 0; begin < text.size(); begin = nextLine(text, end)) {
+        end = endOfLine(text, begin);
+        const QStringView line = text.sliced(begin, end - begin).trimmed();
+        if (line.startsWith(u'[')) {
+            if (isInside) {
+                break;
+            }
+            isInside = isHeadingOf(line, section);
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        if (!isInside || equals < 0 || line.startsWith(u';')) {
+            continue;
+        }
+        const QString key = line.first(equals).trimmed().toString().toLower();
+        if (!values.contains(key)) {
+            values.insert(key, unquoted(line.sliced(equals + 1)));
+        }
+    }
+    return values;
 }
 
 int iniNumber(QStringView text)

@@ -2,6 +2,7 @@
 
 #include "platform/result.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringView>
 
@@ -24,6 +25,10 @@ public:
     [[nodiscard]] QString read(QStringView section, QStringView key,
                                const QString &fallback = {}) const;
 
+    /// All values of one section by their keys in lower case: for lists, where reading key by key
+    /// would read the file as often.
+    [[nodiscard]] QHash<QString, QString> readSection(QStringView section) const;
+
     /// Sets one value at once: written beside and renamed, so that a reader sees the old file or
     /// the new one. A new file begins as UTF-16LE with its mark. Line breaks in the value are
     /// replaced by blanks.
@@ -34,6 +39,9 @@ public:
 private:
     QString m_path;
 };
+
+/// The values that readSection() finds in a file of this content.
+[[nodiscard]] QHash<QString, QString> iniSection(QStringView text, QStringView section);
 
 /// A number as the classic routines convert it: leading blanks and sign, then digits up to the
 /// first other character; 0 when there are none; saturating.

@@ -55,7 +55,7 @@ void connectToTasks(CppSQLite3DB &database, const QString &path,
     checkWritable(opened);
     Transaction transaction(opened);
     const bool isNew = hasNoTable(opened);
-    ensureTaskSchema(opened);
+    ensureTaskTable(opened);
     checkTaskColumns(opened);
     if (isNew)
         fillNew(opened);

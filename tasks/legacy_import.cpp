@@ -1,5 +1,6 @@
 #include "tasks/legacy_import.h"
 
+#include "platform/ini_file.h"
 #include "tasks/task_columns.h"
 
 #include <array>
@@ -120,9 +121,11 @@ std::vector<TaskInfo> parseOldTasks(int count, const QHash<QString, QString> &li
     return tasks;
 }
 
-std::vector<TaskInfo> readOldList(const QString & /*path*/)
+std::vector<TaskInfo> readOldList(const QString &path)
 {
-    return {};
+    const platform::IniFile list(path);
+    const int count = platform::iniNumber(list.read(u"GENERAL", u"TaskCount", u"0"_s));
+    return parseOldTasks(count, list.readSection(u"TASKINFO"));
 }
 
 int olderCompletedStatus(const TaskInfo &task)

@@ -118,6 +118,7 @@ Result<void> TaskDatabase::Private::openOrReplace(const QString &legacyListPath)
         connectToTasks(database, path, [this, &legacyListPath](CppSQLite3DB &target) {
             importOldList(target, legacyListPath);
         });
+        guarded([this] { ensureTaskSchema(database); });
         return {};
     } catch (const CppSQLite3Exception &error) {
         if (error.isDamagedFile())

@@ -30,13 +30,19 @@ void moveOlderRows(CppSQLite3DB &database)
 
 } // namespace
 
-void ensureTaskSchema(CppSQLite3DB &database)
+void ensureTaskTable(CppSQLite3DB &database)
 {
-    Transaction transaction(database);
     if (!database.tableExists(u"tasks2"_s))
         database.execDML(createStatement());
-    if (database.tableExists(u"tasks"_s))
-        moveOlderRows(database);
+}
+
+void ensureTaskSchema(CppSQLite3DB &database)
+{
+    ensureTaskTable(database);
+    if (!database.tableExists(u"tasks"_s))
+        return;
+    Transaction transaction(database);
+    moveOlderRows(database);
     transaction.commit();
 }
 

@@ -8,7 +8,7 @@
 
 namespace tollivar::tasks {
 
-/// Opens the database, checks it and makes it ready for tasks.
+/// Opens the database, checks it and makes table `tasks2` when it is missing.
 ///
 /// `fillNew` is called for a database without any table, within the transaction that makes them,
 /// so that a first start that is cut short begins anew.

@@ -4,10 +4,14 @@
 
 namespace tollivar::tasks {
 
-/// Makes table `tasks2` when it is missing and moves the rows of the older table `tasks` into it,
-/// as one transaction.
+/// Makes table `tasks2` when it is missing.
 ///
-/// Errors: throws CppSQLite3Exception, having changed nothing.
+/// Errors: throws CppSQLite3Exception.
+void ensureTaskTable(CppSQLite3DB &database);
+
+/// As ensureTaskTable(), and moves the rows of the older table `tasks` into it, as one transaction.
+///
+/// Errors: throws CppSQLite3Exception; then the older table is still there, whole.
 void ensureTaskSchema(CppSQLite3DB &database);
 
 /// Throws CppSQLite3Exception with the code of a damaged file when `tasks2` has other columns than

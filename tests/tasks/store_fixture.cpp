@@ -90,7 +90,7 @@ QString TaskStore::scalar(const QString &sql) const
 
 QStringList TaskStore::filesSetAside() const
 {
-    return QDir(m_sandbox.path()).entryList({u"*damaged*"_s}, QDir::AllEntries, QDir::Name);
+    return QDir(m_sandbox.path()).entryList({u"*damaged*.db"_s}, QDir::AllEntries, QDir::Name);
 }
 
 } // namespace tollivar::test

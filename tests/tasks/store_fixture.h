@@ -42,7 +42,7 @@ public:
     [[nodiscard]] const QStringList &messages() const { return m_messages; }
     void forgetMessages() { m_messages.clear(); }
 
-    /// Names in the directory that were set aside as damaged.
+    /// Names of the databases that were set aside as damaged.
     [[nodiscard]] QStringList filesSetAside() const;
 
 private:
