@@ -2,6 +2,7 @@
 #include "platform/command_line_text.h"
 #include "platform/exec_lists_posix.h"
 #include "platform/find_program.h"
+#include "platform/internal/descriptor_posix.h"
 
 #include <QFile>
 
@@ -73,32 +74,6 @@ struct Launch {
     failInChild(launch);
 }
 
-/// One descriptor, closed with the object.
-class Descriptor {
-public:
-    Descriptor() = default;
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    [[nodiscard]] int get() const { return m_value; }
-    void take(int value)
-    {
-        close();
-        m_value = value;
-    }
-    void take(Descriptor &other) { take(std::exchange(other.m_value, -1)); }
-    void close()
-    {
-        if (m_value >= 0) {
-            ::close(std::exchange(m_value, -1));
-        }
-    }
-
-private:
-    int m_value = -1;
-};
-
 struct Pipe {
     Descriptor readEnd;
     Descriptor writeEnd;
@@ -110,8 +85,8 @@ struct Pipe {
         if (pipe2(ends.data(), O_CLOEXEC) != 0) {
             return false;
         }
-        readEnd.take(ends[0]);
-        writeEnd.take(ends[1]);
+        readEnd = Descriptor(ends[0]);
+        writeEnd = Descriptor(ends[1]);
         return lift(readEnd) && lift(writeEnd);
     }
 
@@ -121,9 +96,9 @@ private:
     static bool lift(Descriptor &end)
     {
         if (end.get() < kFirstOwnDescriptor) {
-            end.take(fcntl(end.get(), F_DUPFD_CLOEXEC, kFirstOwnDescriptor));
+            end = Descriptor(fcntl(end.get(), F_DUPFD_CLOEXEC, kFirstOwnDescriptor));
         }
-        return end.get() >= 0;
+        return end.isOpen();
     }
 };
 
@@ -238,8 +213,8 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const QString &command
         d->reap();
         return startFailure(*program, code);
     }
-    d->output.take(output.readEnd);
-    if (d->output.get() >= 0) {
+    d->output = std::move(output.readEnd);
+    if (d->output.isOpen()) {
         fcntl(d->output.get(), F_SETFL, O_NONBLOCK);
     }
     return std::unique_ptr<ChildProcess>(new ChildProcess(std::move(d)));
@@ -254,7 +229,7 @@ ChildProcess::~ChildProcess()
 
 std::size_t ChildProcess::read(std::span<std::byte> buffer)
 {
-    if (d->output.get() < 0) {
+    if (!d->output.isOpen()) {
         return 0;
     }
     ssize_t count = -1;

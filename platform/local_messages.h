@@ -12,22 +12,24 @@
 
 namespace tollivar::platform {
 
-/// The largest payload that is sent or taken.
-inline constexpr quint32 kMaximumLocalPayload = 16 * 1024 * 1024;
+/// The largest payload that is sent or taken, in bytes.
+inline constexpr quint32 kMaximumLocalPayload = 8 * 1024 * 1024;
 
 /// Takes messages of the person's other processes over a local socket that only the person may use.
 ///
-/// A frame is an identifier and a byte count, 32 bits each, least significant byte first, and the
-/// payload; it is answered by one byte when the handler has run. A peer that sends something else,
-/// too much, or too slowly is cut off.
+/// docs/formats/local_messages.md has the frame's form. A peer that sends anything else is cut off;
+/// so is the one that has taken longest when too many have not finished.
 ///
-/// Threads: made, used and destroyed on one thread that runs an event loop; the handler runs there.
+/// Threads: made, used and destroyed on the main thread; the handler runs there, from the event
+///          loop. It may run an event loop of its own and may destroy the server.
+/// Owns:    the socket and its place in the file system.
 class LocalMessageServer {
 public:
     using Handler = std::function<void(CopyDataId id, const QByteArray &payload)>;
 
     /// Listens at `path`, replacing a socket that a dead process left there: the caller makes sure,
-    /// by a lock, that it is the only one.
+    /// by a lock, that it is the only one. The folder that holds the socket is made when it is
+    /// missing, and closed to everybody else: it must be meant for nothing but the socket.
     /// Errors: AskUser when it cannot listen there.
     [[nodiscard]] static Result<std::unique_ptr<LocalMessageServer>> listen(const QString &path,
                                                                             Handler handler);
@@ -37,12 +39,15 @@ public:
 
 private:
     struct Private;
-    explicit LocalMessageServer(std::unique_ptr<Private> d);
-    std::unique_ptr<Private> d;
+    explicit LocalMessageServer(std::shared_ptr<Private> d);
+    std::shared_ptr<Private> d;
 };
 
-/// Sends one message and waits for its answer. Blocks up to `limit`.
-/// Errors: Hopeless when nobody listens, TryAgain when the listener does not answer in time.
+/// Sends one message and waits until its handler has run. Blocks up to `limit`.
+///
+/// Threads: any.
+/// Errors: Hopeless when nobody listens, TryAgain when the listener does not answer in time,
+///         AskUser when the payload is too large.
 [[nodiscard]] Result<void> sendLocalMessage(const QString &path, CopyDataId id,
                                             const QByteArray &payload,
                                             std::chrono::milliseconds limit);

@@ -4,8 +4,9 @@
 #include "app/cli/standard_streams.h"
 #include "app/cli/task_session.h"
 #include "app/data_directory.h"
-#include "app/second_start.h"
 #include "app/task_request.h"
+#include "platform/local_messages.h"
+#include "platform/single_instance.h"
 #include "settings/general_options.h"
 #include "settings/options_manager.h"
 
@@ -115,7 +116,7 @@ Result<std::vector<tasks::TaskInfo>> tasksOf(const std::vector<TaskRequest> &req
 /// True when a running program took the requests over.
 bool handOver(const DataPaths &paths, const std::vector<TaskRequest> &requests)
 {
-    return platform::sendLocalMessage(instancePlace(paths.directory).socket,
+    return platform::sendLocalMessage(platform::instancePlace(paths.directory).socket,
                                       platform::CopyDataId::AddTasks, encodeTaskRequests(requests),
                                       kHandOverLimit)
         .has_value();

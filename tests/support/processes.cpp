@@ -14,27 +14,18 @@ namespace tollivar::test {
 
 namespace {
 
-/// Reads until `isEnough` or until nothing more will come.
-QByteArray readUntil(platform::ChildProcess &child, std::chrono::seconds limit,
-                     bool (*isEnough)(const QByteArray &))
+/// Appends what the child says next; false when nothing more comes, failing the test when that is
+/// for want of time.
+bool readMore(platform::ChildProcess &child, QByteArray &output, std::chrono::seconds limit)
 {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    QByteArray output;
-    std::array<std::byte, 4096> buffer{};
-    while (!isEnough(output)) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
-        if (left.count() <= 0 || !child.waitForOutput(left)) {
-            ADD_FAILURE() << "waited in vain for a child's output";
-            break;
-        }
-        const std::size_t count = child.read(buffer);
-        if (count == 0) {
-            break;
-        }
-        output += QByteArrayView(buffer.data(), static_cast<qsizetype>(count));
+    if (!child.waitForOutput(limit)) {
+        ADD_FAILURE() << "waited in vain for a child's output";
+        return false;
     }
-    return output;
+    std::array<std::byte, 4096> buffer{};
+    const std::size_t count = child.read(buffer);
+    output += QByteArrayView(buffer.data(), static_cast<qsizetype>(count));
+    return count > 0;
 }
 
 } // namespace
@@ -56,15 +47,29 @@ QString childStarter(const QString &commandLine)
 
 QByteArray outputOf(platform::ChildProcess &child, std::chrono::seconds limit)
 {
-    return readUntil(child, limit, [](const QByteArray &) { return false; });
+    QByteArray output;
+    while (readMore(child, output, limit)) {
+    }
+    return output;
 }
 
 QByteArray firstLineOf(platform::ChildProcess &child)
 {
-    const QByteArray output = readUntil(child, std::chrono::seconds(60),
-                                        [](const QByteArray &text) { return text.contains('\n'); });
-    EXPECT_TRUE(output.contains('\n')) << output.constData();
-    return output.left(output.indexOf('\n'));
+    return LineReader(child).next();
+}
+
+QByteArray LineReader::next()
+{
+    while (!m_waiting.contains('\n')) {
+        if (!readMore(m_child, m_waiting, std::chrono::seconds(60))) {
+            ADD_FAILURE() << "a child's line is missing; it said: " << m_waiting.constData();
+            return {};
+        }
+    }
+    const qsizetype end = m_waiting.indexOf('\n');
+    const QByteArray line = m_waiting.left(end);
+    m_waiting.remove(0, end + 1);
+    return line;
 }
 
 bool isRunning(qint64 processId)
