@@ -52,6 +52,9 @@ private:
     std::unique_ptr<Private> d;
 };
 
+/// True when we run with every right, which some programs refuse to do.
+[[nodiscard]] bool isAdministrator();
+
 /// The guardian's own program: the whole of its main function. Its arguments are the folder, the
 /// guarded program and that one's arguments.
 [[nodiscard]] int runGuardian(int argc, char **argv);

@@ -207,4 +207,9 @@ bool GuardedChild::isGone() const
     return d->isGone;
 }
 
+bool isAdministrator()
+{
+    return geteuid() == 0;
+}
+
 } // namespace tollivar::platform

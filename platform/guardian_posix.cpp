@@ -1,4 +1,7 @@
+#include "platform/file_lock.h"
 #include "platform/guarded_child.h"
+
+#include <QFile>
 
 #include <charconv>
 #include <chrono>
@@ -76,6 +79,8 @@ int runGuardian(int argc, char **argv)
     }
     // Orphans of the program become ours, so that none escapes.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
+    // Tells those who look for folders that were left behind that this one is in use.
+    const auto lock = FileLock::take(QFile::decodeName(argv[1]) + QStringLiteral("/guardian.lock"));
     const pid_t self = getpid();
     const pid_t program = fork();
     if (program == 0) {

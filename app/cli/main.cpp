@@ -1,4 +1,5 @@
 #include "app/cli/cli_program.h"
+#include "platform/log.h"
 #include "platform/paths.h"
 
 #include <QCoreApplication>
@@ -6,6 +7,7 @@
 
 int main(int argc, char **argv)
 {
+    tollivar::platform::setUpLog();
     const QCoreApplication application(argc, argv);
     const QString callerDirectory = QDir::currentPath();
     // Companions are named relatively to the program.

@@ -170,6 +170,7 @@ Result<void> HttpClient::Private::prepare(const HttpRequest &request)
     curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, kLibraryBuffer);
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headerLines.get());
     curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(request.limit.count()));
     curl_easy_setopt(handle, CURLOPT_NOBODY, request.headOnly ? 1L : 0L);
     curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, onBody);
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -23,6 +24,8 @@ struct HttpRequest {
     bool reload = true;
     /// If true, asks for the headers alone.
     bool headOnly = false;
+    /// If not 0, the exchange breaks after that time, body and all.
+    std::chrono::milliseconds limit{0};
 };
 
 /// How a read ended.

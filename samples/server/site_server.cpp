@@ -107,7 +107,7 @@ std::optional<SiteRequest> parseRequest(const QByteArray &text)
     }
     SiteRequest request;
     request.method = words[0];
-    request.path = QByteArray::fromPercentEncoding(words[1].left(words[1].indexOf('?')));
+    request.path = QByteArray::fromPercentEncoding(words[1].split('?').front());
     for (const QByteArray &line : lines.mid(1)) {
         const qsizetype colon = line.indexOf(':');
         request.headers.insert(line.left(colon).trimmed().toLower(), line.mid(colon + 1).trimmed());

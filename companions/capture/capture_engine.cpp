@@ -1,0 +1,99 @@
+#include "companions/capture/capture_engine.h"
+
+#include "companions/capture/page_watch.h"
+#include "companions/capture/profile_folder.h"
+#include "platform/browser_engine.h"
+#include "platform/guarded_child.h"
+
+#include <QDir>
+
+namespace tollivar::capture {
+
+using platform::ErrorKind;
+using platform::failure;
+using platform::Result;
+
+namespace {
+
+QStringList browserArguments(const QString &profile)
+{
+    QStringList arguments = {
+        QStringLiteral("--headless=new"),
+        QStringLiteral("--disable-gpu"),
+        QStringLiteral("--remote-debugging-pipe"),
+        QStringLiteral("--user-data-dir=") + profile,
+        QStringLiteral("--no-first-run"),
+        QStringLiteral("--no-default-browser-check"),
+        QStringLiteral("--disable-background-networking"),
+        QStringLiteral("--disable-component-update"),
+        QStringLiteral("--disable-sync"),
+        QStringLiteral("--disable-extensions"),
+        QStringLiteral("--disable-breakpad"),
+        QStringLiteral("--mute-audio"),
+        QStringLiteral("--password-store=basic"),
+        QStringLiteral("--autoplay-policy=no-user-gesture-required"),
+        QStringLiteral("--disable-features=Translate,MediaRouter,OptimizationHints"),
+    };
+    if (platform::isAdministrator()) {
+        // The browser refuses to start for an administrator otherwise.
+        arguments.append(QStringLiteral("--no-sandbox"));
+    }
+    return arguments;
+}
+
+/// Everything that the browser would write elsewhere goes into the profile too.
+QStringList browserEnvironment(const QString &profile)
+{
+    QStringList environment;
+    for (const QString &name : {QStringLiteral("HOME"), QStringLiteral("XDG_CONFIG_HOME"),
+                                QStringLiteral("XDG_CACHE_HOME"), QStringLiteral("XDG_DATA_HOME"),
+                                QStringLiteral("TMPDIR")}) {
+        environment.append(name + QLatin1Char('=') + profile);
+    }
+    return environment;
+}
+
+Result<std::unique_ptr<platform::GuardedChild>> startBrowser()
+{
+    const auto browser = platform::findBrowser();
+    if (!browser) {
+        return failure(ErrorKind::AskUser,
+                       QStringLiteral("no browser is installed; install chromium"));
+    }
+    const auto profile = makeProfileFolder();
+    if (!profile) {
+        return tl::unexpected(profile.error());
+    }
+    auto child = platform::GuardedChild::start({.program = *browser,
+                                                .arguments = browserArguments(*profile),
+                                                .environment = browserEnvironment(*profile),
+                                                .folder = *profile});
+    if (!child) {
+        QDir(*profile).removeRecursively();
+    }
+    return child;
+}
+
+} // namespace
+
+Result<std::vector<MediaFound>> CaptureEngine::find(const FindRequest &request,
+                                                    platform::AutoResetEvent &stop)
+{
+    const auto browser = startBrowser();
+    if (!browser) {
+        return tl::unexpected(browser.error());
+    }
+    PageWatch watch(**browser, request);
+    while (watch.step()) {
+        if (stop.isSet()) {
+            return failure(ErrorKind::TryAgain, QStringLiteral("stopped"));
+        }
+    }
+    auto media = watch.media();
+    if (media.empty() && (*browser)->isGone()) {
+        return failure(ErrorKind::TryAgain, QStringLiteral("the browser ended by itself"));
+    }
+    return media;
+}
+
+} // namespace tollivar::capture

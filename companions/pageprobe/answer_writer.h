@@ -1,0 +1,15 @@
+#pragma once
+
+#include "companions/capture/media_found.h"
+
+#include <QByteArray>
+
+#include <vector>
+
+namespace tollivar::probe {
+
+/// The media as the key/value records that Tollivar reads (docs/formats/parser-answer.md), in
+/// UTF-8, each ended by an empty line. A value is one line whatever it held before.
+[[nodiscard]] QByteArray writeAnswer(const std::vector<capture::MediaFound> &media);
+
+} // namespace tollivar::probe

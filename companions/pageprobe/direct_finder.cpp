@@ -1,0 +1,79 @@
+#include "companions/pageprobe/direct_finder.h"
+
+#include "companions/capture/media_rank.h"
+#include "fetch/http/http_client.h"
+#include "fetch/text/media_type.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+namespace tollivar::probe {
+
+using capture::FindRequest;
+using capture::MediaFound;
+using capture::MediaKind;
+using fetch::HttpClient;
+
+namespace {
+
+constexpr std::chrono::milliseconds kAnswerLimit{4'000};
+constexpr const char *kHeaders = "Accept: */*\r\nUser-Agent: Mozilla/5.0\r\n";
+
+/// Asks for the headers, and for the first byte where a server does not know that question.
+std::unique_ptr<HttpClient> ask(const QString &address, platform::AutoResetEvent &stop)
+{
+    auto answer = HttpClient::open({.address = address,
+                                    .headers = kHeaders,
+                                    .reload = false,
+                                    .headOnly = true,
+                                    .limit = kAnswerLimit},
+                                   stop);
+    if (answer && (*answer)->statusCode() == 200) {
+        return std::move(*answer);
+    }
+    answer = HttpClient::open({.address = address,
+                               .headers = QByteArray(kHeaders) + "Range: bytes=0-0\r\n",
+                               .reload = false,
+                               .headOnly = false,
+                               .limit = kAnswerLimit},
+                              stop);
+    return answer ? std::move(*answer) : nullptr;
+}
+
+std::optional<std::int64_t> lengthOf(const HttpClient &client)
+{
+    const QByteArray range = client.header("Content-Range").value_or(QByteArray());
+    const QByteArray text = range.contains('/')
+                                ? range.mid(range.indexOf('/') + 1)
+                                : client.header("Content-Length").value_or(QByteArray());
+    bool isNumber = false;
+    const qlonglong length = text.trimmed().toLongLong(&isNumber);
+    return isNumber && length >= 0 ? std::optional<std::int64_t>(length) : std::nullopt;
+}
+
+} // namespace
+
+platform::Result<std::vector<MediaFound>> DirectFinder::find(const FindRequest &request,
+                                                             platform::AutoResetEvent &stop)
+{
+    const auto client = ask(request.address, stop);
+    if (!client || (client->statusCode() != 200 && client->statusCode() != 206)) {
+        return std::vector<MediaFound>{};
+    }
+    const QString type = QString::fromLatin1(client->header("Content-Type").value_or(QByteArray()));
+    const QString final = client->finalAddress();
+    if (capture::kindOf(type, final) == MediaKind::None) {
+        return std::vector<MediaFound>{};
+    }
+    const QFileInfo file(QUrl(final).path());
+    const QString byType = fetch::typeForMedia(type.toLatin1());
+    return std::vector<MediaFound>{
+        {.address = request.address,
+         .title = file.completeBaseName(),
+         .mediaType = type,
+         .extension = byType.isEmpty() ? QLatin1Char('.') + file.suffix().toLower() : byType,
+         .length = lengthOf(*client),
+         .location = final == request.address ? QString() : final}};
+}
+
+} // namespace tollivar::probe

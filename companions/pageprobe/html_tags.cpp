@@ -1,0 +1,211 @@
+#include "companions/pageprobe/html_tags.h"
+
+#include <array>
+
+namespace tollivar::probe {
+
+namespace {
+
+/// More than any page needs; a hostile one ends here.
+constexpr std::size_t kMaximumTags = 200'000;
+constexpr std::size_t kMaximumAttributes = 200;
+constexpr qsizetype kLongestReference = 10;
+
+struct Reference {
+    QStringView name;
+    QChar character;
+};
+
+constexpr std::array kReferences = {
+    Reference{u"amp", u'&'},  Reference{u"lt", u'<'},    Reference{u"gt", u'>'},
+    Reference{u"quot", u'"'}, Reference{u"apos", u'\''},
+};
+
+QString decodeReference(QStringView name)
+{
+    if (name.startsWith(u'#')) {
+        const bool isHex = name.size() > 1 && name[1].toLower() == u'x';
+        bool isNumber = false;
+        const uint code = name.sliced(isHex ? 2 : 1).toUInt(&isNumber, isHex ? 16 : 10);
+        const bool isCharacter =
+            isNumber && code > 0 && code <= QChar::LastValidCodePoint && !QChar::isSurrogate(code);
+        return isCharacter ? QStringView(QChar::fromUcs4(code)).toString() : QString();
+    }
+    for (const Reference &reference : kReferences) {
+        if (name == reference.name) {
+            return reference.character;
+        }
+    }
+    return {};
+}
+
+bool isNameCharacter(QChar character)
+{
+    return !character.isSpace() && character != u'>' && character != u'/' && character != u'=';
+}
+
+/// A place in the page that moves forward.
+class Reader {
+public:
+    explicit Reader(QStringView page) : m_page(page) {}
+
+    [[nodiscard]] bool atEnd() const { return m_place >= m_page.size(); }
+    [[nodiscard]] QChar now() const { return m_page[m_place]; }
+    void step() { ++m_place; }
+
+    void skipBlanksAndSlashes()
+    {
+        while (!atEnd() && (now().isSpace() || now() == u'/')) {
+            step();
+        }
+    }
+
+    void skipBlanks()
+    {
+        while (!atEnd() && now().isSpace()) {
+            step();
+        }
+    }
+
+    QString takeName()
+    {
+        const qsizetype begin = m_place;
+        while (!atEnd() && isNameCharacter(now())) {
+            step();
+        }
+        return m_page.sliced(begin, m_place - begin).toString().toLower();
+    }
+
+    QString takeValue()
+    {
+        if (!atEnd() && (now() == u'"' || now() == u'\'')) {
+            const QChar quote = now();
+            step();
+            const QString value = takeUntil(quote);
+            step();
+            return decodeReferences(value);
+        }
+        const qsizetype begin = m_place;
+        while (!atEnd() && !now().isSpace() && now() != u'>') {
+            step();
+        }
+        return decodeReferences(m_page.sliced(begin, m_place - begin));
+    }
+
+    /// Stands at `end` afterwards, or at the page's end.
+    QString takeUntil(QChar end)
+    {
+        const qsizetype begin = m_place;
+        const qsizetype place = m_page.indexOf(end, begin);
+        m_place = place < 0 ? m_page.size() : place;
+        return m_page.sliced(begin, m_place - begin).toString();
+    }
+
+    QString takeUntilText(QStringView end)
+    {
+        const qsizetype begin = m_place;
+        const qsizetype place = m_page.indexOf(end, begin, Qt::CaseInsensitive);
+        m_place = place < 0 ? m_page.size() : place;
+        return m_page.sliced(begin, m_place - begin).toString();
+    }
+
+    [[nodiscard]] bool isAt(QStringView text) const
+    {
+        return m_page.sliced(m_place).startsWith(text);
+    }
+
+private:
+    QStringView m_page;
+    qsizetype m_place = 0;
+};
+
+HtmlTag takeTag(Reader &reader)
+{
+    HtmlTag tag;
+    tag.name = reader.takeName();
+    for (;;) {
+        reader.skipBlanksAndSlashes();
+        if (reader.atEnd() || reader.now() == u'>') {
+            break;
+        }
+        const QString name = reader.takeName();
+        reader.skipBlanks();
+        QString value;
+        if (!reader.atEnd() && reader.now() == u'=') {
+            reader.step();
+            reader.skipBlanks();
+            value = reader.takeValue();
+        } else if (name.isEmpty()) {
+            reader.step(); // A stray character: nothing else would move on.
+        }
+        if (!name.isEmpty() && tag.attributes.size() < kMaximumAttributes) {
+            tag.attributes.try_emplace(name, value);
+        }
+    }
+    return tag;
+}
+
+} // namespace
+
+QString HtmlTag::attribute(const QString &attributeName) const
+{
+    const auto found = attributes.find(attributeName);
+    return found == attributes.end() ? QString() : found->second;
+}
+
+std::vector<HtmlTag> readHtmlTags(QStringView page)
+{
+    std::vector<HtmlTag> tags;
+    Reader reader(page);
+    while (tags.size() < kMaximumTags) {
+        static_cast<void>(reader.takeUntil(u'<'));
+        if (reader.atEnd()) {
+            break;
+        }
+        if (reader.isAt(u"<!--")) {
+            static_cast<void>(reader.takeUntilText(u"-->"));
+            continue;
+        }
+        reader.step();
+        if (reader.atEnd() || !reader.now().isLetter()) {
+            continue;
+        }
+        HtmlTag tag = takeTag(reader);
+        if (tag.name == u"script" || tag.name == u"title") {
+            if (!reader.atEnd()) {
+                reader.step();
+            }
+            tag.content = reader.takeUntilText(QStringLiteral("</") + tag.name);
+        }
+        tags.push_back(std::move(tag));
+    }
+    return tags;
+}
+
+QString decodeReferences(QStringView text)
+{
+    QString decoded;
+    qsizetype place = 0;
+    while (place < text.size()) {
+        const qsizetype ampersand = text.indexOf(u'&', place);
+        if (ampersand < 0) {
+            break;
+        }
+        decoded += text.sliced(place, ampersand - place);
+        const QStringView window =
+            text.sliced(ampersand + 1, std::min(kLongestReference, text.size() - ampersand - 1));
+        const qsizetype end = window.indexOf(u';');
+        const QString character = end < 0 ? QString() : decodeReference(window.first(end));
+        if (character.isEmpty()) {
+            decoded += u'&';
+            place = ampersand + 1;
+        } else {
+            decoded += character;
+            place = ampersand + end + 2;
+        }
+    }
+    decoded += text.sliced(std::min(place, text.size()));
+    return decoded;
+}
+
+} // namespace tollivar::probe

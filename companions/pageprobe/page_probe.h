@@ -1,0 +1,24 @@
+#pragma once
+
+#include "companions/capture/media_found.h"
+#include "companions/pageprobe/probe_arguments.h"
+
+#include <memory>
+#include <vector>
+
+namespace tollivar::probe {
+
+using Finders = std::vector<std::unique_ptr<capture::MediaFinder>>;
+
+/// The ways to look, in the order of the mode.
+[[nodiscard]] Finders makeFinders(ProbeMode mode);
+
+/// What the first finder finds that finds anything; none when no finder does. A finder that fails
+/// is passed over.
+[[nodiscard]] std::vector<capture::MediaFound>
+findMedia(const Finders &finders, const ProbeArguments &arguments, platform::AutoResetEvent &stop);
+
+/// The whole program: exit status 0 when records were printed, 1 when none, 2 for bad usage.
+[[nodiscard]] int runPageProbe(const QStringList &arguments);
+
+} // namespace tollivar::probe
