@@ -55,7 +55,7 @@ std::optional<Numbers> parseNumbers(QStringView line)
 QString takeText(QStringView &text, std::int64_t length)
 {
     const auto taken = static_cast<qsizetype>(std::clamp<std::int64_t>(length, 0, text.size()));
-    const QString result = text.first(taken).toString();
+    QString result = text.first(taken).toString();
     text = text.sliced(taken);
     return result;
 }

@@ -24,8 +24,10 @@ CppSQLite3DB::CppSQLite3DB(const CppSQLite3DB &other) : m_connection(other.m_con
 
 CppSQLite3DB &CppSQLite3DB::operator=(const CppSQLite3DB &other)
 {
-    m_connection = other.m_connection;
-    m_busyTimeoutMs = kDefaultBusyTimeoutMs;
+    if (this != &other) {
+        m_connection = other.m_connection;
+        m_busyTimeoutMs = kDefaultBusyTimeoutMs;
+    }
     return *this;
 }
 

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 struct CodeName {
-    int code;
+    int code = 0;
     QStringView name;
 };
 

@@ -278,16 +278,17 @@ TEST(DamagedTaskDatabase, neverCrashesAndAlwaysEndsUsable)
     TaskStore good;
     insertAll(*good.open(), manyTasks(60));
     const QByteArray content = contentOf(good.path());
+    const auto size = static_cast<std::size_t>(content.size());
     for (int round = 0; round < 150; ++round) {
         QByteArray damaged = content;
         for (auto flips = 1 + random() % 8; flips > 0; --flips) {
             // The first page decides most, so half of the flips go there.
-            const std::size_t range = random() % 2 == 0 ? kPageSize : content.size();
+            const std::size_t range = random() % 2 == 0 ? kPageSize : size;
             damaged[static_cast<qsizetype>(random() % range)] ^=
                 static_cast<char>(1 + random() % 255);
         }
         if (random() % 4 == 0)
-            damaged.truncate(static_cast<qsizetype>(random() % content.size()));
+            damaged.truncate(static_cast<qsizetype>(random() % size));
         TaskStore store;
         store.sandbox().write(u"dtasks.db"_s, damaged);
         const auto database = store.open();
