@@ -25,6 +25,7 @@ bool ChildProcessRunner::start(const QString &commandLine)
         return false;
     }
     m_child = std::move(*child);
+    m_wasKilled = false;
     return true;
 }
 
@@ -64,7 +65,7 @@ bool ChildProcessRunner::exitCode(std::uint32_t &code)
 {
     const auto ended = m_child ? m_child->exitCode() : std::nullopt;
     if (ended) {
-        code = static_cast<std::uint32_t>(*ended);
+        code = m_wasKilled ? 0 : static_cast<std::uint32_t>(*ended);
     }
     return ended.has_value();
 }
@@ -72,6 +73,7 @@ bool ChildProcessRunner::exitCode(std::uint32_t &code)
 void ChildProcessRunner::kill()
 {
     if (m_child) {
+        m_wasKilled = m_wasKilled || !m_child->hasEnded();
         m_child->kill();
     }
 }

@@ -31,19 +31,23 @@ public:
     /// A character that is cut by the limit is converted in two halves.
     [[nodiscard]] bool read(QString &chunk);
 
-    /// Appends every chunk; true once the helper has ended. Spins: for a helper that ends quickly.
+    /// Appends every chunk; true once the helper has ended. Output that comes between the last empty
+    /// read and the end stays in the pipe. Spins: for a helper that ends quickly.
     bool readAll(QString &text);
 
+    /// True also when none was started. False with waiting output means only that more may come.
     [[nodiscard]] bool hasEnded();
-    /// True, and the code stored, once the helper has ended.
+    /// True, and the code stored, once the helper has ended; 0 for one that kill() ended, 128 and
+    /// the signal's number for one that another signal ended.
     [[nodiscard]] bool exitCode(std::uint32_t &code);
-    /// Ends the helper and whatever it started.
+    /// Ends the helper and whatever it started. What the pipe holds can still be read.
     void kill();
     /// Lets go of the pipe and of the helper, ending it when it still runs.
     void close();
 
 private:
     std::unique_ptr<platform::ChildProcess> m_child;
+    bool m_wasKilled = false;
 };
 
 } // namespace tollivar::fetch
