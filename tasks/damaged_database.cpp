@@ -20,8 +20,8 @@ namespace {
 using platform::ErrorKind;
 using platform::Result;
 
-/// The log and its index, which SQLite finds by these endings.
-constexpr std::array<QStringView, 2> kCompanions{u"-wal", u"-shm"};
+/// The logs and the index of one, which SQLite finds by these endings.
+constexpr std::array<QStringView, 3> kCompanions{u"-wal", u"-shm", u"-journal"};
 
 QString freeName(const QString &path)
 {
