@@ -4,11 +4,22 @@
 #include "tasks/internal/task_schema.h"
 #include "tasks/internal/transaction.h"
 
+#include <QFile>
+
 namespace tollivar::tasks {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Makes the file for its owner alone, which the logs beside it inherit: it holds cookies.
+void createPrivately(const QString &path)
+{
+    QFile file(path);
+    // Whatever keeps it from being made, SQLite tells.
+    static_cast<void>(file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
+                                QFile::ReadOwner | QFile::WriteOwner));
+}
 
 void configure(CppSQLite3DB &database)
 {
@@ -48,6 +59,7 @@ bool hasNoTable(CppSQLite3DB &database)
 void connectToTasks(CppSQLite3DB &database, const QString &path,
                     const std::function<void(CppSQLite3DB &)> &fillNew)
 {
+    createPrivately(path);
     CppSQLite3DB opened;
     opened.open(path);
     configure(opened);

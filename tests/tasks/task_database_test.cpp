@@ -1,6 +1,7 @@
 #include "tasks/task_database.h"
 #include "tests/tasks/store_fixture.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -237,6 +238,14 @@ TEST_F(TaskDatabaseTest, leavesNoLogBesideTheFileWhenItIsClosed)
     database.reset();
     EXPECT_FALSE(QFileInfo::exists(store.path() + u"-wal"_s));
     EXPECT_TRUE(QFileInfo::exists(store.path()));
+}
+
+TEST_F(TaskDatabaseTest, keepsItsFilesFromOtherUsers)
+{
+    static_cast<void>(database->InsertTask(fullTask()));
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+    for (const QString &ending : {u""_s, u"-wal"_s, u"-shm"_s})
+        EXPECT_FALSE(QFile::permissions(store.path() + ending) & others) << qPrintable(ending);
 }
 
 TEST_F(TaskDatabaseTest, opensForOneHolderAtATime)
