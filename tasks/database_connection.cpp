@@ -17,8 +17,8 @@ void createPrivately(const QString &path)
 {
     QFile file(path);
     // Whatever keeps it from being made, SQLite tells.
-    static_cast<void>(file.open(QIODevice::WriteOnly | QIODevice::NewOnly,
-                                QFile::ReadOwner | QFile::WriteOwner));
+    static_cast<void>(
+        file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner));
 }
 
 void configure(CppSQLite3DB &database)

@@ -123,6 +123,27 @@ TEST(TaskDatabaseProcesses, anotherMayReadWhileOneWrites)
     }
 }
 
+TEST(TaskDatabaseProcesses, readingAfterAKillChangesNeitherTheDatabaseNorItsLog)
+{
+    const TaskStore store;
+    StoreChild writer({u"write"_s, store.sandbox().path(), u"2"_s});
+    Account account;
+    for (int line = 0; line < 400; ++line)
+        account.take(writer.readLine());
+    ASSERT_GE(account.sizes.size(), 10U);
+    writer.kill();
+    EXPECT_EQ(writer.finish(), -1);
+    const QByteArray before = store.sandbox().read(u"dtasks.db"_s);
+    const QByteArray logBefore = store.sandbox().read(u"dtasks.db-wal"_s);
+    EXPECT_FALSE(logBefore.isEmpty());
+
+    const auto tasks = tasks::readStoredTasks(store.path());
+    ASSERT_TRUE(tasks) << qPrintable(tasks.error().text);
+    EXPECT_GE(tasks->size(), 10U);
+    EXPECT_EQ(store.sandbox().read(u"dtasks.db"_s), before);
+    EXPECT_EQ(store.sandbox().read(u"dtasks.db-wal"_s), logBefore);
+}
+
 TEST(TaskDatabaseProcesses, everyAcknowledgedRowSurvivesAKillAtAnyMoment)
 {
     const unsigned seed = std::random_device()();
