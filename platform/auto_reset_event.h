@@ -16,6 +16,7 @@ namespace tollivar::platform {
 class AutoResetEvent {
 public:
     AutoResetEvent() = default;
+    ~AutoResetEvent() = default;
     AutoResetEvent(const AutoResetEvent &) = delete;
     AutoResetEvent &operator=(const AutoResetEvent &) = delete;
 

@@ -17,7 +17,7 @@ inline constexpr quint32 kMaximumLocalPayload = 8 * 1024 * 1024;
 
 /// Takes messages of the person's other processes over a local socket that only the person may use.
 ///
-/// docs/formats/local_messages.md has the frame's form. A peer that sends anything else is cut off;
+/// docs/formats/local-messages.md has the frame's form. A peer that sends anything else is cut off;
 /// so is the one that has taken longest when too many have not finished.
 ///
 /// Threads: made, used and destroyed on the main thread; the handler runs there, from the event

@@ -163,7 +163,7 @@ struct LocalMessageServer::Private : std::enable_shared_from_this<Private> {
 
     void listenTo(const std::shared_ptr<Peer> &peer)
     {
-        std::array<char, kChunkSize> buffer;
+        std::array<char, kChunkSize> buffer{};
         const ssize_t count = recv(peer->socket.get(), buffer.data(), buffer.size(), 0);
         if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
             return;

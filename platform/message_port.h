@@ -62,6 +62,8 @@ public:
 
     explicit AppMessageInbox(Handler handler);
     ~AppMessageInbox() override;
+    AppMessageInbox(const AppMessageInbox &) = delete;
+    AppMessageInbox &operator=(const AppMessageInbox &) = delete;
 
     [[nodiscard]] AppMessagePort port() const;
 

@@ -13,8 +13,7 @@ const std::thread::id kMainThreadId = std::this_thread::get_id();
 
 } // namespace
 
-// The name of the one role, used like a value.
-// NOLINTNEXTLINE(readability-identifier-naming)
+// NOLINTNEXTLINE(readability-identifier-naming): see the header.
 const ThreadRole mainThread;
 
 void ThreadRole::assertHeld() const

@@ -25,6 +25,7 @@ namespace tollivar::platform {
 class TLV_CAPABILITY("role") ThreadRole {
 public:
     ThreadRole() = default;
+    ~ThreadRole() = default;
     ThreadRole(const ThreadRole &) = delete;
     ThreadRole &operator=(const ThreadRole &) = delete;
 
@@ -37,6 +38,8 @@ public:
 ///
 /// A class of the main thread marks its members TLV_GUARDED_BY(mainThread) and calls
 /// mainThread.assertHeld() where others call in.
+// A value by its use, and one word with the comments that name it.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern const ThreadRole mainThread;
 
 } // namespace tollivar::platform

@@ -34,7 +34,7 @@ bool ChildProcessRunner::read(QString &chunk)
     if (!m_child) {
         return false;
     }
-    std::array<std::byte, kChunkSize> buffer;
+    std::array<std::byte, kChunkSize> buffer{};
     const std::size_t count = m_child->read(buffer);
     if (count == 0) {
         return false;
