@@ -11,6 +11,12 @@
 
 namespace tollivar::platform {
 
+/// Where a guarded program finds the pipes to us.
+enum class GuardedPipes {
+    ThreeAndFour,    ///< reads descriptor 3 and writes 4; its standard streams lead nowhere
+    StandardStreams, ///< reads standard input and writes standard output; errors lead nowhere
+};
+
 /// What a guarded program is, and what goes with it.
 struct GuardedOptions {
     QString program; ///< absolute path
@@ -19,11 +25,12 @@ struct GuardedOptions {
     QStringList environment;
     /// A folder that the guard removes when the program has ended, with all that is in it.
     QString folder;
+    GuardedPipes pipes = GuardedPipes::ThreeAndFour;
 };
 
-/// A program that talks over two pipes (its descriptors 3 and 4) and never outlives us, nor leaves
-/// its folder behind, even when we are killed: a guardian process stands between, ends the program
-/// and all that it started, and removes the folder.
+/// A program that talks over two pipes and never outlives us, nor leaves its folder behind, even
+/// when we are killed: a guardian process stands between, ends the program and all that it started,
+/// and removes the folder.
 ///
 /// Threads: one thread.
 /// Owns:    the guardian and the pipes. The destructor ends the program and waits until the folder
@@ -40,10 +47,13 @@ public:
     /// False when the program does not take the bytes within `limit`, or is gone.
     [[nodiscard]] bool write(const QByteArray &bytes, std::chrono::milliseconds limit);
 
+    /// Tells the program that nothing more will be written. No write() afterwards.
+    void closeInput();
+
     /// What the program said: waits up to `limit` for the first byte. Empty when nothing came.
     [[nodiscard]] QByteArray read(std::chrono::milliseconds limit);
 
-    /// True once the program has closed its pipe.
+    /// True once a read has met the end of the program's pipe, or a write a closed one.
     [[nodiscard]] bool isGone() const;
 
 private:
@@ -55,8 +65,8 @@ private:
 /// True when we run with every right, which some programs refuse to do.
 [[nodiscard]] bool isAdministrator();
 
-/// The guardian's own program: the whole of its main function. Its arguments are the folder, the
-/// guarded program and that one's arguments.
+/// The guardian's own program: the whole of its main function. Its arguments are where the guarded
+/// program finds its pipes, the folder, that program and its arguments.
 [[nodiscard]] int runGuardian(int argc, char **argv);
 
 } // namespace tollivar::platform

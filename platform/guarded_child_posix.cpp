@@ -136,9 +136,10 @@ Result<std::unique_ptr<GuardedChild>> GuardedChild::start(const GuardedOptions &
     if (!d->commands.open() || !d->answers.open() || !d->lifeLine.open()) {
         return failure(ErrorKind::TryAgain, QStringLiteral("no pipe can be made"), errno);
     }
-    std::vector<QByteArray> words = {QFile::encodeName(*guardian),
-                                     QFile::encodeName(options.folder),
-                                     QFile::encodeName(options.program)};
+    std::vector<QByteArray> words = {
+        QFile::encodeName(*guardian),
+        options.pipes == GuardedPipes::StandardStreams ? "streams" : "pipes",
+        QFile::encodeName(options.folder), QFile::encodeName(options.program)};
     for (const QString &argument : options.arguments) {
         words.push_back(argument.toUtf8());
     }
@@ -186,6 +187,11 @@ bool GuardedChild::write(const QByteArray &bytes, milliseconds limit)
         }
     }
     return true;
+}
+
+void GuardedChild::closeInput()
+{
+    Pipe::close(d->commands.writeEnd);
 }
 
 QByteArray GuardedChild::read(milliseconds limit)

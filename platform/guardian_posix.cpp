@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include <poll.h>
@@ -21,8 +22,13 @@ namespace tollivar::platform {
 
 namespace {
 
+constexpr int kProgramIn = 3;
+constexpr int kProgramOut = 4;
 constexpr int kLifeLine = 5;
-constexpr int kFirstProgramArgument = 2;
+constexpr int kPipesArgument = 1;
+constexpr int kFolderArgument = 2;
+constexpr int kFirstProgramArgument = 3;
+constexpr std::string_view kStandardStreams("streams");
 constexpr std::chrono::milliseconds kKillRound{5};
 constexpr int kKillRounds = 600;
 
@@ -33,6 +39,12 @@ constexpr int kKillRounds = 600;
         _exit(127);
     }
     close(kLifeLine);
+    if (argv[kPipesArgument] == kStandardStreams) {
+        dup2(kProgramIn, STDIN_FILENO);
+        dup2(kProgramOut, STDOUT_FILENO);
+        close(kProgramIn);
+        close(kProgramOut);
+    }
     execv(argv[kFirstProgramArgument], argv + kFirstProgramArgument);
     _exit(127);
 }
@@ -80,21 +92,22 @@ int runGuardian(int argc, char **argv)
     // Orphans of the program become ours, so that none escapes.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     // Tells those who look for folders that were left behind that this one is in use.
-    const auto lock = FileLock::take(QFile::decodeName(argv[1]) + QStringLiteral("/guardian.lock"));
+    const auto lock =
+        FileLock::take(QFile::decodeName(argv[kFolderArgument]) + QStringLiteral("/guardian.lock"));
     const pid_t self = getpid();
     const pid_t program = fork();
     if (program == 0) {
         becomeProgram(argv, self);
     }
     // The program alone holds its pipes, so that their end means its end.
-    close(3);
-    close(4);
+    close(kProgramIn);
+    close(kProgramOut);
     if (program > 0) {
         waitForEnd(program);
     }
     endEverything();
     std::error_code ignored;
-    std::filesystem::remove_all(argv[1], ignored);
+    std::filesystem::remove_all(argv[kFolderArgument], ignored);
     return 0;
 }
 

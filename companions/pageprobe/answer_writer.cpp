@@ -1,33 +1,59 @@
 #include "companions/pageprobe/answer_writer.h"
 
+#include "companions/capture/media_rank.h"
+
+#include <algorithm>
+
 namespace tollivar::probe {
+
+using capture::MediaKind;
 
 namespace {
 
-/// A value that breaks no line and cannot pass for another key.
-QByteArray oneLine(const QString &value)
+constexpr qsizetype kLongestExtension = 10;
+
+/// A value that breaks no line, so that it cannot begin another key.
+QString oneLine(QString value)
 {
-    QString line = value;
-    line.removeIf([](QChar character) {
-        return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
-               character == QChar::ParagraphSeparator;
-    });
-    return line.toUtf8();
+    for (QChar &character : value) {
+        const bool breaks = character.category() == QChar::Other_Control ||
+                            character == QChar::LineSeparator ||
+                            character == QChar::ParagraphSeparator;
+        if (breaks) {
+            character = u' ';
+        }
+    }
+    return value;
 }
 
 void append(QByteArray &answer, const char *key, const QString &value)
 {
     if (!value.isEmpty()) {
-        answer += QByteArray(key) + " = " + oneLine(value) + "\r\n";
+        answer += QByteArray(key) + " = " + oneLine(value).toUtf8() + "\r\n";
     }
 }
 
-QString typeDescription(const QString &extension)
+bool isPlainExtension(const QString &extension)
 {
-    if (extension.isEmpty()) {
+    return extension.size() > 1 && extension.size() <= kLongestExtension + 1 &&
+           extension.front() == u'.' &&
+           std::all_of(extension.begin() + 1, extension.end(), [](QChar character) {
+               return character.unicode() < 0x80 && character.isLetterOrNumber();
+           });
+}
+
+/// "MP4 Video (*.mp4)"; empty when there is no extension that a file may carry.
+QString typeDescription(const capture::MediaFound &medium)
+{
+    if (!isPlainExtension(medium.extension)) {
         return {};
     }
-    return extension.mid(1).toUpper() + QStringLiteral(" Media (*%1)").arg(extension);
+    const MediaKind kind = capture::kindOf(medium.mediaType, medium.extension);
+    const QString word = kind == MediaKind::Audio   ? QStringLiteral("Audio")
+                         : kind == MediaKind::Flash ? QStringLiteral("Animation")
+                                                    : QStringLiteral("Video");
+    const QString ending = medium.extension.mid(1);
+    return QStringLiteral("%1 %2 (*.%3)").arg(ending.toUpper(), word, ending.toLower());
 }
 
 } // namespace
@@ -38,8 +64,8 @@ QByteArray writeAnswer(const std::vector<capture::MediaFound> &media)
     for (const capture::MediaFound &medium : media) {
         append(answer, "PROTOCOL", QStringLiteral("1"));
         append(answer, "URL", medium.address);
-        append(answer, "TITLE", medium.title);
-        append(answer, "TYPE", typeDescription(medium.extension));
+        append(answer, "TITLE", medium.title.simplified());
+        append(answer, "TYPE", typeDescription(medium));
         append(answer, "COOKIES", medium.cookies);
         append(answer, "AGENT", medium.agent);
         append(answer, "REFERER", medium.referer);

@@ -1,8 +1,9 @@
 #include "companions/pageprobe/direct_finder.h"
 
 #include "companions/capture/media_rank.h"
+#include "companions/pageprobe/media_ending.h"
+#include "companions/pageprobe/probe_headers.h"
 #include "fetch/http/http_client.h"
-#include "fetch/text/media_type.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -17,13 +18,12 @@ using fetch::HttpClient;
 namespace {
 
 constexpr std::chrono::milliseconds kAnswerLimit{4'000};
-constexpr const char *kHeaders = "Accept: */*\r\nUser-Agent: Mozilla/5.0\r\n";
 
 /// Asks for the headers, and for the first byte where a server does not know that question.
 std::unique_ptr<HttpClient> ask(const QString &address, platform::AutoResetEvent &stop)
 {
     auto answer = HttpClient::open({.address = address,
-                                    .headers = kHeaders,
+                                    .headers = probeHeaders(),
                                     .reload = false,
                                     .headOnly = true,
                                     .limit = kAnswerLimit},
@@ -32,7 +32,7 @@ std::unique_ptr<HttpClient> ask(const QString &address, platform::AutoResetEvent
         return std::move(*answer);
     }
     answer = HttpClient::open({.address = address,
-                               .headers = QByteArray(kHeaders) + "Range: bytes=0-0\r\n",
+                               .headers = probeHeaders() + "Range: bytes=0-0\r\n",
                                .reload = false,
                                .headOnly = false,
                                .limit = kAnswerLimit},
@@ -65,15 +65,13 @@ platform::Result<std::vector<MediaFound>> DirectFinder::find(const FindRequest &
     if (capture::kindOf(type, final) == MediaKind::None) {
         return std::vector<MediaFound>{};
     }
-    const QFileInfo file(QUrl(final).path());
-    const QString byType = fetch::typeForMedia(type.toLatin1());
-    return std::vector<MediaFound>{
-        {.address = request.address,
-         .title = file.completeBaseName(),
-         .mediaType = type,
-         .extension = byType.isEmpty() ? QLatin1Char('.') + file.suffix().toLower() : byType,
-         .length = lengthOf(*client),
-         .location = final == request.address ? QString() : final}};
+    return std::vector<MediaFound>{{.address = request.address,
+                                    .title = QFileInfo(QUrl(final).path()).completeBaseName(),
+                                    .mediaType = type,
+                                    .extension = endingOfMedium(type, final),
+                                    .length = lengthOf(*client),
+                                    .agent = QString::fromLatin1(kProbeAgent),
+                                    .location = final == request.address ? QString() : final}};
 }
 
 } // namespace tollivar::probe

@@ -16,10 +16,33 @@ struct Reference {
     QChar character;
 };
 
+/// Those that titles and addresses are written with.
 constexpr std::array kReferences = {
-    Reference{u"amp", u'&'},  Reference{u"lt", u'<'},    Reference{u"gt", u'>'},
-    Reference{u"quot", u'"'}, Reference{u"apos", u'\''},
+    Reference{u"amp", u'&'},         Reference{u"lt", u'<'},
+    Reference{u"gt", u'>'},          Reference{u"quot", u'"'},
+    Reference{u"apos", u'\''},       Reference{u"nbsp", u'\u00a0'},
+    Reference{u"ndash", u'\u2013'},  Reference{u"mdash", u'\u2014'},
+    Reference{u"hellip", u'\u2026'}, Reference{u"lsquo", u'\u2018'},
+    Reference{u"rsquo", u'\u2019'},  Reference{u"ldquo", u'\u201c'},
+    Reference{u"rdquo", u'\u201d'},  Reference{u"laquo", u'\u00ab'},
+    Reference{u"raquo", u'\u00bb'},  Reference{u"middot", u'\u00b7'},
+    Reference{u"bull", u'\u2022'},   Reference{u"copy", u'\u00a9'},
+    Reference{u"reg", u'\u00ae'},    Reference{u"trade", u'\u2122'},
+    Reference{u"agrave", u'\u00e0'}, Reference{u"aacute", u'\u00e1'},
+    Reference{u"auml", u'\u00e4'},   Reference{u"ccedil", u'\u00e7'},
+    Reference{u"egrave", u'\u00e8'}, Reference{u"eacute", u'\u00e9'},
+    Reference{u"iacute", u'\u00ed'}, Reference{u"ntilde", u'\u00f1'},
+    Reference{u"oacute", u'\u00f3'}, Reference{u"ouml", u'\u00f6'},
+    Reference{u"uacute", u'\u00fa'}, Reference{u"uuml", u'\u00fc'},
+    Reference{u"szlig", u'\u00df'},  Reference{u"Auml", u'\u00c4'},
+    Reference{u"Ouml", u'\u00d6'},   Reference{u"Uuml", u'\u00dc'},
 };
+
+/// Elements whose content is text, whatever it looks like.
+bool holdsText(QStringView name)
+{
+    return name == u"script" || name == u"style" || name == u"textarea" || name == u"title";
+}
 
 QString decodeReference(QStringView name)
 {
@@ -171,7 +194,7 @@ std::vector<HtmlTag> readHtmlTags(QStringView page)
             continue;
         }
         HtmlTag tag = takeTag(reader);
-        if (tag.name == u"script" || tag.name == u"title") {
+        if (holdsText(tag.name)) {
             if (!reader.atEnd()) {
                 reader.step();
             }

@@ -1,20 +1,43 @@
 #include "companions/pageprobe/page_probe.h"
 
 #include "companions/capture/capture_engine.h"
+#include "companions/capture/media_rank.h"
 #include "companions/pageprobe/answer_writer.h"
 #include "companions/pageprobe/direct_finder.h"
 #include "companions/pageprobe/extractor_finder.h"
 #include "companions/pageprobe/static_finder.h"
+#include "companions/pageprobe/time_limit.h"
 
 #include <cstdio>
 
 namespace tollivar::probe {
 
+using capture::MediaFound;
+using capture::MediaKind;
+
 namespace {
 
-/// All strategies together; what is under way then ends on its own limits within the 45 s that
-/// callers are promised.
+/// Callers are promised an end within 45 s. The finders together get the first limit; what is under
+/// way then is told to stop at the second, and the process ends at the third whatever hangs.
 constexpr std::chrono::seconds kTimeToFind{36};
+constexpr std::chrono::seconds kPatience{38};
+constexpr std::chrono::seconds kLimit{43};
+
+/// True when these are what the person came for, so that no other way has to be tried.
+bool isWanted(const std::vector<MediaFound> &media, const capture::FindRequest &request)
+{
+    if (media.empty()) {
+        return false;
+    }
+    const MediaFound &best = media.front();
+    const MediaKind kind = capture::kindOf(best.mediaType, best.address);
+    if (best.address == request.address) {
+        return true; // Given directly: there is nothing else to find.
+    }
+    return request.preference == capture::MediaPreference::Flash
+               ? kind == MediaKind::Flash
+               : kind != MediaKind::Audio && kind != MediaKind::Segment;
+}
 
 } // namespace
 
@@ -33,27 +56,24 @@ Finders makeFinders(ProbeMode mode)
     return finders;
 }
 
-std::vector<capture::MediaFound> findMedia(const Finders &finders, const ProbeArguments &arguments,
-                                           platform::AutoResetEvent &stop)
+std::vector<MediaFound> findMedia(const Finders &finders, const capture::FindRequest &request,
+                                  platform::AutoResetEvent &stop)
 {
-    const capture::FindRequest request{.address = arguments.address,
-                                       .preference = arguments.prefersFlash
-                                                         ? capture::MediaPreference::Flash
-                                                         : capture::MediaPreference::Video,
-                                       .deadline = std::chrono::steady_clock::now() + kTimeToFind};
+    std::vector<MediaFound> secondBest;
     for (const auto &finder : finders) {
-        const auto media = finder->find(request, stop);
-        if (media && !media->empty()) {
-            return *media;
-        }
+        auto media = finder->find(request, stop);
         if (!media) {
             qInfo("a way to look was passed over: %s", qPrintable(media.error().text));
+        } else if (isWanted(*media, request)) {
+            return *media;
+        } else if (secondBest.empty()) {
+            secondBest = std::move(*media);
         }
         if (stop.isSet() || std::chrono::steady_clock::now() > request.deadline) {
             break;
         }
     }
-    return {};
+    return secondBest;
 }
 
 int runPageProbe(const QStringList &arguments)
@@ -64,7 +84,11 @@ int runPageProbe(const QStringList &arguments)
         return 2;
     }
     platform::AutoResetEvent stop;
-    const QByteArray answer = writeAnswer(findMedia(makeFinders(read->mode), *read, stop));
+    const TimeLimit limit(stop, kPatience, kLimit);
+    const capture::FindRequest request{.address = read->address,
+                                       .preference = read->preference,
+                                       .deadline = std::chrono::steady_clock::now() + kTimeToFind};
+    const QByteArray answer = writeAnswer(findMedia(makeFinders(read->mode), request, stop));
     std::fwrite(answer.constData(), 1, static_cast<std::size_t>(answer.size()), stdout);
     std::fflush(stdout);
     return answer.isEmpty() ? 1 : 0;

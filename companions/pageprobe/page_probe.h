@@ -13,12 +13,14 @@ using Finders = std::vector<std::unique_ptr<capture::MediaFinder>>;
 /// The ways to look, in the order of the mode.
 [[nodiscard]] Finders makeFinders(ProbeMode mode);
 
-/// What the first finder finds that finds anything; none when no finder does. A finder that fails
-/// is passed over.
-[[nodiscard]] std::vector<capture::MediaFound>
-findMedia(const Finders &finders, const ProbeArguments &arguments, platform::AutoResetEvent &stop);
+/// What the first finder finds whose best is of the wanted kind; when none has that, what the first
+/// one finds at all (a page's sound where a video is wanted). A finder that fails is passed over.
+[[nodiscard]] std::vector<capture::MediaFound> findMedia(const Finders &finders,
+                                                         const capture::FindRequest &request,
+                                                         platform::AutoResetEvent &stop);
 
 /// The whole program: exit status 0 when records were printed, 1 when none, 2 for bad usage.
+/// `arguments` begin behind the program's name.
 [[nodiscard]] int runPageProbe(const QStringList &arguments);
 
 } // namespace tollivar::probe

@@ -1,7 +1,10 @@
 #include "companions/pageprobe/probe_arguments.h"
 
+#include <QUrl>
+
 namespace tollivar::probe {
 
+using capture::MediaPreference;
 using platform::ErrorKind;
 using platform::failure;
 using platform::Result;
@@ -31,8 +34,9 @@ QStringList withSeparateMode(const QStringList &arguments)
 
 bool isFetched(const QString &address)
 {
-    return address.startsWith(u"http://", Qt::CaseInsensitive) ||
-           address.startsWith(u"https://", Qt::CaseInsensitive);
+    const QUrl url(address);
+    return url.isValid() && !url.host().isEmpty() &&
+           (url.scheme() == u"http" || url.scheme() == u"https");
 }
 
 } // namespace
@@ -51,7 +55,8 @@ Result<ProbeArguments> readProbeArguments(const QStringList &arguments)
         } else if (words[i] == kModeName) {
             read.mode = modeOf(value);
         } else if (words[i] == u"-parsetype") {
-            read.prefersFlash = value == u"PARSE_TYPE_SWFAUTO";
+            read.preference =
+                value == u"PARSE_TYPE_SWFAUTO" ? MediaPreference::Flash : MediaPreference::Video;
         } else if (words[i] != u"-sniffcache") { // Every run has a fresh cache anyway.
             return failure(ErrorKind::AskUser, QStringLiteral("unknown argument %1").arg(words[i]));
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "companions/capture/media_found.h"
 #include "platform/result.h"
 
 #include <QString>
@@ -17,12 +18,14 @@ enum class ProbeMode {
 struct ProbeArguments {
     QString address;
     ProbeMode mode = ProbeMode::BrowserFirst;
-    bool prefersFlash = false; ///< "PARSE_TYPE_SWFAUTO"
+    /// Flash for "PARSE_TYPE_SWFAUTO", else video.
+    capture::MediaPreference preference = capture::MediaPreference::Video;
 };
 
 /// Reads `-url ADDRESS -parsemode MODE -parsetype TYPE -sniffcache true|false`, in any order; mode
 /// may stand behind its name without a blank. `arguments` begin behind the program's name.
-/// Errors: AskUser when the address is missing, is not http or https, or an argument is unknown.
+/// Errors: AskUser when the address is missing, is no http or https address with a host, or an
+///         argument is unknown or has no value.
 [[nodiscard]] platform::Result<ProbeArguments> readProbeArguments(const QStringList &arguments);
 
 } // namespace tollivar::probe

@@ -1,5 +1,6 @@
 #include "companions/pageprobe/static_finder.h"
 
+#include "companions/pageprobe/probe_headers.h"
 #include "companions/pageprobe/static_page.h"
 #include "fetch/http/http_client.h"
 
@@ -15,9 +16,31 @@ namespace {
 constexpr std::chrono::milliseconds kPageLimit{8'000};
 constexpr qsizetype kMaximumPage = 8 * 1024 * 1024;
 constexpr std::size_t kReadSize = 64UL * 1024;
-constexpr const char *kAgent =
-    "Mozilla/5.0 (X11; Linux x86_64) AppleWebKit/537.36 (KHTML, like Gecko) Chrome/120.0.0.0 "
-    "Safari/537.36";
+
+bool isPage(const QByteArray &contentType)
+{
+    const QByteArray type = contentType.left(contentType.indexOf(';')).trimmed().toLower();
+    return type.isEmpty() || type == "text/html" || type == "application/xhtml+xml";
+}
+
+/// Up to the limit, or as much of it as came before the connection broke.
+platform::Result<QByteArray> bodyOf(fetch::HttpClient &client)
+{
+    QByteArray body;
+    std::array<std::byte, kReadSize> buffer;
+    while (body.size() < kMaximumPage) {
+        const fetch::ReadResult read = client.read(buffer);
+        if (read.end == fetch::ReadEnd::Stopped) {
+            return failure(ErrorKind::TryAgain, QStringLiteral("stopped"));
+        }
+        body.append(reinterpret_cast<const char *>(buffer.data()),
+                    static_cast<qsizetype>(read.bytes));
+        if (read.end != fetch::ReadEnd::Data) {
+            break;
+        }
+    }
+    return body;
+}
 
 } // namespace
 
@@ -25,33 +48,24 @@ platform::Result<std::vector<capture::MediaFound>>
 StaticFinder::find(const capture::FindRequest &request, platform::AutoResetEvent &stop)
 {
     auto client = fetch::HttpClient::open(
-        {.address = request.address,
-         .headers = QByteArray("Accept: */*\r\nUser-Agent: ") + kAgent + "\r\n",
-         .limit = kPageLimit},
-        stop);
+        {.address = request.address, .headers = probeHeaders(), .limit = kPageLimit}, stop);
     if (!client) {
         return tl::unexpected(client.error());
     }
-    if ((*client)->statusCode() != 200) {
+    const QByteArray type = (*client)->header("Content-Type").value_or(QByteArray());
+    if ((*client)->statusCode() != 200 || !isPage(type)) {
         return std::vector<capture::MediaFound>{};
     }
-    QByteArray page;
-    std::array<std::byte, kReadSize> buffer;
-    while (page.size() < kMaximumPage) {
-        const fetch::ReadResult read = (*client)->read(buffer);
-        if (read.end == fetch::ReadEnd::Stopped) {
-            return failure(ErrorKind::TryAgain, QStringLiteral("stopped"));
-        }
-        if (read.bytes == 0) {
-            break;
-        }
-        page.append(reinterpret_cast<const char *>(buffer.data()),
-                    static_cast<qsizetype>(read.bytes));
+    const auto body = bodyOf(**client);
+    if (!body) {
+        return tl::unexpected(body.error());
     }
-    auto media = readStaticPage(page, (*client)->finalAddress(), request.preference);
+    const QString address = (*client)->finalAddress();
+    auto media = readStaticPage({.bytes = *body, .address = address, .contentType = type},
+                                request.preference);
     for (capture::MediaFound &medium : media) {
-        medium.agent = QString::fromLatin1(kAgent);
-        medium.referer = (*client)->finalAddress();
+        medium.agent = QString::fromLatin1(kProbeAgent);
+        medium.referer = address;
     }
     return media;
 }

@@ -9,11 +9,17 @@
 
 namespace tollivar::probe {
 
-/// The media that a page's text names: media elements, player metadata, links to media files and
-/// flash embeds, best first, each once. Pure; takes time in proportion to the page.
-///
-/// `address` is the page's own, for relative addresses.
-[[nodiscard]] std::vector<capture::MediaFound>
-readStaticPage(const QByteArray &page, const QString &address, capture::MediaPreference preference);
+/// A page as a server sent it.
+struct StaticPage {
+    QByteArray bytes;
+    QString address;        ///< for relative addresses
+    QByteArray contentType; ///< of the answer; may name the character set
+};
+
+/// The media that a page's text names: media elements, player metadata, flash embeds and their
+/// variables, links to media files. Best first, each once; what the page itself plays comes before
+/// what it merely links to. Pure; takes time in proportion to the page.
+[[nodiscard]] std::vector<capture::MediaFound> readStaticPage(const StaticPage &page,
+                                                              capture::MediaPreference preference);
 
 } // namespace tollivar::probe
