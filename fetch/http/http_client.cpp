@@ -150,12 +150,12 @@ Result<void> HttpClient::Private::prepare(const HttpRequest &request)
         return static_cast<Private *>(self)->takeBody(data, one * count);
     };
     const auto onHeader = +[](char *data, std::size_t one, std::size_t count, void *self) {
-        auto *const d = static_cast<Private *>(self);
-        d->headerBytes += one * count;
-        if (d->headerBytes > kMaximumHeaderBytes) {
+        auto *const client = static_cast<Private *>(self);
+        client->headerBytes += one * count;
+        if (client->headerBytes > kMaximumHeaderBytes) {
             return std::size_t{0};
         }
-        d->takeHeader(QByteArrayView(data, static_cast<qsizetype>(one * count)));
+        client->takeHeader(QByteArrayView(data, static_cast<qsizetype>(one * count)));
         return one * count;
     };
     CURL *const handle = easy.get();
