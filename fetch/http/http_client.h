@@ -19,7 +19,7 @@ struct HttpRequest {
     QString address;
     /// Header lines as they are sent, each ended by CR LF; an empty last line is accepted. Host is
     /// added; a header that the block does not hold (agent, accepted types) is not sent.
-    QByteArray headers;
+    QByteArray headers{};
     /// If true, caches on the way are told to ask the server again.
     bool reload = true;
     /// If true, asks for the headers alone.
