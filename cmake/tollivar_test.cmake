@@ -29,6 +29,13 @@ function(tollivar_test module)
         target_precompile_headers(${target} REUSE_FROM tollivar_test_support)
         gtest_discover_tests(${target}
             DISCOVERY_MODE PRE_TEST
-            PROPERTIES LABELS "${label};${module}" TIMEOUT ${timeout_${size}})
+            PROPERTIES TIMEOUT ${timeout_${size}})
+        # Discovery takes lists apart, so the two labels follow it.
+        set(labels ${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake)
+        file(WRITE ${labels}
+            "if(${target}_TESTS)\n"
+            "    set_tests_properties(\${${target}_TESTS} PROPERTIES LABELS \"${label};${module}\")\n"
+            "endif()\n")
+        set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${labels})
     endforeach()
 endfunction()
