@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTcpSocket>
+#include <QTimer>
 
 #include <optional>
 
@@ -12,15 +13,9 @@ namespace tollivar::samples {
 namespace {
 
 constexpr qint64 kMaximumRequest = 64LL * 1024;
+constexpr int kSlicesPerSecond = 20;
 /// What the script page sets and the protected clip asks for.
 constexpr const char *kCookie = "pass=open-sesame";
-
-struct Answer {
-    QByteArray status = "200 OK";
-    QByteArray type = "text/html; charset=utf-8";
-    QList<QByteArray> headers;
-    QByteArray body;
-};
 
 QByteArray typeOf(const QString &path)
 {
@@ -42,7 +37,10 @@ QByteArray typeOf(const QString &path)
 /// The file of that name in the folder itself; nothing that leads elsewhere.
 std::optional<QByteArray> contentOf(const QString &folder, const QString &name)
 {
-    if (name.isEmpty() || name.contains(u'/') || name.startsWith(u'.')) {
+    const bool leadsElsewhere = name.contains(u'/') || name.contains(u'\\') ||
+                                name.contains(u':') || name.contains(QChar::Null) ||
+                                name.startsWith(u'.');
+    if (name.isEmpty() || leadsElsewhere) {
         return std::nullopt;
     }
     QFile file(folder + QLatin1Char('/') + name);
@@ -52,22 +50,7 @@ std::optional<QByteArray> contentOf(const QString &folder, const QString &name)
     return file.readAll();
 }
 
-void send(QTcpSocket *peer, const SiteRequest &request, const Answer &answer)
-{
-    QByteArray head = "HTTP/1.1 " + answer.status + "\r\nContent-Type: " + answer.type +
-                      "\r\nContent-Length: " + QByteArray::number(answer.body.size()) +
-                      "\r\nConnection: close\r\n";
-    for (const QByteArray &header : answer.headers) {
-        head += header + "\r\n";
-    }
-    peer->write(head + "\r\n");
-    if (request.method != "HEAD") {
-        peer->write(answer.body);
-    }
-    peer->disconnectFromHost();
-}
-
-Answer plain(const QByteArray &status)
+SiteAnswer plain(const QByteArray &status)
 {
     return {.status = status,
             .type = "text/html; charset=utf-8",
@@ -80,22 +63,28 @@ struct Range {
     qsizetype last = 0;
 };
 
-/// The one range that was asked for; nothing when the whole is wanted.
+/// Whether the request wants one range of a file, and which; a range that the file does not have is
+/// an empty one. Anything else, several ranges too, may be answered with the whole.
 std::optional<Range> rangeOf(const SiteRequest &request, qsizetype size)
 {
     const QByteArray value = request.headers.value("range");
     const qsizetype dash = value.indexOf('-');
-    if (!value.startsWith("bytes=") || dash < 0 || value.contains(',') || size == 0) {
+    if (!value.startsWith("bytes=") || dash < 0 || value.contains(',')) {
         return std::nullopt;
     }
-    const qsizetype first = value.mid(6, dash - 6).toLongLong();
+    const QByteArray begin = value.mid(6, dash - 6);
     const QByteArray end = value.mid(dash + 1);
-    const qsizetype last =
-        end.isEmpty() ? size - 1 : std::min<qsizetype>(end.toLongLong(), size - 1);
-    if (first < 0 || first > last) {
+    bool isFirst = false;
+    bool isLast = false;
+    const qsizetype first = begin.toLongLong(&isFirst);
+    const qsizetype last = end.toLongLong(&isLast);
+    if (begin.isEmpty() && isLast) {
+        return last > 0 ? Range{std::max<qsizetype>(size - last, 0), size - 1} : Range{0, -1};
+    }
+    if (!isFirst || first < 0 || !(isLast || end.isEmpty()) || (isLast && last < first)) {
         return std::nullopt;
     }
-    return Range{first, last};
+    return first < size ? Range{first, isLast ? std::min(last, size - 1) : size - 1} : Range{0, -1};
 }
 
 std::optional<SiteRequest> parseRequest(const QByteArray &text)
@@ -110,23 +99,24 @@ std::optional<SiteRequest> parseRequest(const QByteArray &text)
     request.path = QByteArray::fromPercentEncoding(words[1].split('?').front());
     for (const QByteArray &line : lines.mid(1)) {
         const qsizetype colon = line.indexOf(':');
-        request.headers.insert(line.left(colon).trimmed().toLower(), line.mid(colon + 1).trimmed());
+        if (colon > 0) {
+            request.headers.insert(line.left(colon).trimmed().toLower(),
+                                   line.mid(colon + 1).trimmed());
+        }
     }
     return request;
 }
 
 } // namespace
 
-SiteServer::SiteServer(QString pagesFolder, QString mediaFolder)
-    : m_pagesFolder(std::move(pagesFolder))
-    , m_mediaFolder(std::move(mediaFolder))
+SiteServer::SiteServer(SiteOptions options) : m_options(std::move(options))
 {
     connect(this, &QTcpServer::newConnection, this, &SiteServer::welcome);
 }
 
-bool SiteServer::start(quint16 port)
+bool SiteServer::start()
 {
-    return listen(QHostAddress::LocalHost, port);
+    return listen(QHostAddress::LocalHost, m_options.port);
 }
 
 QByteArray SiteServer::address() const
@@ -172,6 +162,13 @@ void SiteServer::answer(QTcpSocket *peer, const SiteRequest &request)
         peer->write("HTTP/1.1 200 OK\r\nContent-Type: image/gif\r\nContent-Length: 100000\r\n\r\n");
     } else if (request.path.startsWith("/media/")) {
         answerMedia(peer, request, QString::fromUtf8(request.path.mid(7)));
+    } else if (request.path.startsWith("/no-head/")) {
+        // Some servers know no other question than GET.
+        if (request.method == "HEAD") {
+            send(peer, request, plain("405 Method Not Allowed"));
+        } else {
+            answerMedia(peer, request, QString::fromUtf8(request.path.mid(9)));
+        }
     } else if (request.path.startsWith("/protected/")) {
         // Only the page itself knows how to ask for this one.
         const bool isAllowed = request.headers.value("cookie").contains(kCookie) &&
@@ -190,14 +187,14 @@ void SiteServer::answerPage(QTcpSocket *peer, const SiteRequest &request)
 {
     const QString name =
         request.path == "/" ? QStringLiteral("index.html") : QString::fromUtf8(request.path.mid(1));
-    auto content = contentOf(m_pagesFolder, name);
+    auto content = contentOf(m_options.pagesFolder, name);
     if (!content) {
         send(peer, request, plain("404 Not Found"));
         return;
     }
     // The frame of another host is the same server under its other name.
     content->replace("@OTHER_HOST@", "http://localhost:" + QByteArray::number(serverPort()));
-    Answer answer{.status = "200 OK", .type = typeOf(name), .headers = {}, .body = *content};
+    SiteAnswer answer{.status = "200 OK", .type = typeOf(name), .headers = {}, .body = *content};
     if (name == u"scripted.html") {
         answer.headers.append(QByteArray("Set-Cookie: ") + kCookie + "; HttpOnly; Path=/");
     }
@@ -206,16 +203,18 @@ void SiteServer::answerPage(QTcpSocket *peer, const SiteRequest &request)
 
 void SiteServer::answerMedia(QTcpSocket *peer, const SiteRequest &request, const QString &name)
 {
-    const auto content = contentOf(m_mediaFolder, name);
+    const auto content = contentOf(m_options.mediaFolder, name);
     if (!content) {
         send(peer, request, plain("404 Not Found"));
         return;
     }
-    Answer answer{.status = "200 OK",
-                  .type = typeOf(name),
-                  .headers = {"Accept-Ranges: bytes"},
-                  .body = *content};
-    if (const auto range = rangeOf(request, content->size())) {
+    SiteAnswer answer{.status = "200 OK",
+                      .type = typeOf(name),
+                      .headers = {"Accept-Ranges: bytes"},
+                      .body = *content};
+    if (const auto range = rangeOf(request, content->size()); range && range->last < 0) {
+        answer = plain("416 Range Not Satisfiable");
+    } else if (range) {
         answer.status = "206 Partial Content";
         answer.headers.append("Content-Range: bytes " + QByteArray::number(range->first) + "-" +
                               QByteArray::number(range->last) + "/" +
@@ -223,6 +222,41 @@ void SiteServer::answerMedia(QTcpSocket *peer, const SiteRequest &request, const
         answer.body = content->mid(range->first, range->last - range->first + 1);
     }
     send(peer, request, answer);
+}
+
+void SiteServer::send(QTcpSocket *peer, const SiteRequest &request, const SiteAnswer &answer) const
+{
+    QByteArray head = "HTTP/1.1 " + answer.status + "\r\nContent-Type: " + answer.type +
+                      "\r\nContent-Length: " + QByteArray::number(answer.body.size()) +
+                      "\r\nConnection: close\r\n";
+    for (const QByteArray &header : answer.headers) {
+        head += header + "\r\n";
+    }
+    peer->write(head + "\r\n");
+    if (request.method == "HEAD") {
+        peer->disconnectFromHost();
+    } else if (m_options.bytesPerSecond > 0) {
+        sendSlowly(peer, answer.body);
+    } else {
+        peer->write(answer.body);
+        peer->disconnectFromHost();
+    }
+}
+
+void SiteServer::sendSlowly(QTcpSocket *peer, const QByteArray &body) const
+{
+    const qint64 slice = std::max<qint64>(m_options.bytesPerSecond / kSlicesPerSecond, 1);
+    auto *const timer = new QTimer(peer);
+    connect(timer, &QTimer::timeout, peer,
+            [peer, timer, body, slice, place = qsizetype(0)]() mutable {
+                peer->write(body.mid(place, slice));
+                place += slice;
+                if (place >= body.size()) {
+                    timer->stop();
+                    peer->disconnectFromHost();
+                }
+            });
+    timer->start(1000 / kSlicesPerSecond);
 }
 
 } // namespace tollivar::samples
