@@ -78,7 +78,7 @@ std::optional<Range> rangeOf(const SiteRequest &request, qsizetype size)
     bool isLast = false;
     const qsizetype first = begin.toLongLong(&isFirst);
     const qsizetype last = end.toLongLong(&isLast);
-    if (begin.isEmpty() && isLast) {
+    if (begin.isEmpty() && isLast && last >= 0) {
         return last > 0 ? Range{std::max<qsizetype>(size - last, 0), size - 1} : Range{0, -1};
     }
     if (!isFirst || first < 0 || !(isLast || end.isEmpty()) || (isLast && last < first)) {
