@@ -23,7 +23,7 @@ struct GuardedOptions {
     QStringList arguments;
     /// "NAME=value" entries that replace or join our environment.
     QStringList environment;
-    /// A folder that the guard removes when the program has ended, with all that is in it.
+    /// An empty folder that the guard removes when the program has ended, with all that is in it.
     QString folder;
     GuardedPipes pipes = GuardedPipes::ThreeAndFour;
 };
@@ -32,19 +32,21 @@ struct GuardedOptions {
 /// when we are killed: a guardian process stands between, ends the program and all that it started,
 /// and removes the folder.
 ///
-/// Threads: one thread.
+/// Threads: one thread; wake() from any.
 /// Owns:    the guardian and the pipes. The destructor ends the program and waits until the folder
 ///          is gone, up to a few seconds.
 class GuardedChild {
 public:
-    /// Errors: AskUser when the guardian or the program cannot be started.
+    /// Errors: AskUser when the guardian is not installed or the folder not empty, TryAgain when
+    ///         there is no room for another process; the folder is left then. A program that cannot be run is one that is gone at once.
     [[nodiscard]] static Result<std::unique_ptr<GuardedChild>> start(const GuardedOptions &options);
 
     ~GuardedChild();
     GuardedChild(const GuardedChild &) = delete;
     GuardedChild &operator=(const GuardedChild &) = delete;
 
-    /// False when the program does not take the bytes within `limit`, or is gone.
+    /// False when the program does not take the bytes within `limit`, wake() was called meanwhile,
+    /// or the program is gone.
     [[nodiscard]] bool write(const QByteArray &bytes, std::chrono::milliseconds limit);
 
     /// Tells the program that nothing more will be written. No write() afterwards.
@@ -52,6 +54,9 @@ public:
 
     /// What the program said: waits up to `limit` for the first byte. Empty when nothing came.
     [[nodiscard]] QByteArray read(std::chrono::milliseconds limit);
+
+    /// Ends a read() or write() under way, and every later one that would wait.
+    void wake();
 
     /// True once a read has met the end of the program's pipe, or a write a closed one.
     [[nodiscard]] bool isGone() const;

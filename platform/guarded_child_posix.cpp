@@ -2,7 +2,9 @@
 #include "platform/find_program.h"
 #include "platform/guarded_child.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 #include <cerrno>
@@ -75,6 +77,7 @@ struct Pipe {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    signal(SIGPIPE, SIG_DFL);
     const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
     dup2(null, STDIN_FILENO);
     dup2(null, STDOUT_FILENO);
@@ -87,10 +90,9 @@ struct Pipe {
     _exit(127);
 }
 
-bool waitFor(int descriptor, short what, milliseconds limit)
+void pause(milliseconds length)
 {
-    pollfd wait = {descriptor, what, 0};
-    return poll(&wait, 1, static_cast<int>(limit.count())) > 0;
+    poll(nullptr, 0, static_cast<int>(length.count()));
 }
 
 } // namespace
@@ -100,6 +102,8 @@ struct GuardedChild::Private {
     Pipe commands; ///< we write
     Pipe answers;  ///< we read
     Pipe lifeLine; ///< we hold the writing end and never use it
+    Pipe wakeUp;   ///< a byte in it ends all waiting
+    QString folder;
     bool isGone = false;
 
     ~Private()
@@ -107,9 +111,21 @@ struct GuardedChild::Private {
         commands.close();
         answers.close();
         lifeLine.close();
+        wakeUp.close();
         if (guardian > 0) {
             reapGuardian();
+            // The guardian has done it, unless it could not be run or was ended itself.
+            QDir(folder).removeRecursively();
         }
+    }
+
+    /// False when the limit passed or wake() was called first.
+    [[nodiscard]] bool waitFor(int descriptor, short what, milliseconds limit) const
+    {
+        std::array<pollfd, 2> waits = {pollfd{descriptor, what, 0},
+                                       pollfd{wakeUp.readEnd, POLLIN, 0}};
+        poll(waits.data(), waits.size(), static_cast<int>(limit.count()));
+        return waits[0].revents != 0;
     }
 
     void reapGuardian() const
@@ -121,7 +137,7 @@ struct GuardedChild::Private {
                 waitpid(guardian, nullptr, 0);
                 return;
             }
-            waitFor(-1, 0, milliseconds(5));
+            pause(milliseconds(5));
         }
     }
 };
@@ -132,8 +148,13 @@ Result<std::unique_ptr<GuardedChild>> GuardedChild::start(const GuardedOptions &
     if (!guardian) {
         return failure(ErrorKind::AskUser, QStringLiteral("%1 is not installed").arg(kGuardian));
     }
+    if (!QFileInfo(options.folder).isDir() ||
+        !QDir(options.folder)
+             .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
+        return failure(ErrorKind::AskUser, QStringLiteral("the folder is not a new one"));
+    }
     auto d = std::make_unique<Private>();
-    if (!d->commands.open() || !d->answers.open() || !d->lifeLine.open()) {
+    if (!d->commands.open() || !d->answers.open() || !d->lifeLine.open() || !d->wakeUp.open()) {
         return failure(ErrorKind::TryAgain, QStringLiteral("no pipe can be made"), errno);
     }
     std::vector<QByteArray> words = {
@@ -146,6 +167,7 @@ Result<std::unique_ptr<GuardedChild>> GuardedChild::start(const GuardedOptions &
     const QByteArray path = QFile::encodeName(*guardian);
     const PointerList arguments(std::move(words));
     const PointerList environment = environmentWith(options.environment);
+    d->folder = options.folder;
     d->guardian = fork();
     if (d->guardian == 0) {
         becomeGuardian(path, arguments, environment, d->commands.readEnd, d->answers.writeEnd,
@@ -159,6 +181,7 @@ Result<std::unique_ptr<GuardedChild>> GuardedChild::start(const GuardedOptions &
     }
     fcntl(d->commands.writeEnd, F_SETFL, O_NONBLOCK);
     fcntl(d->answers.readEnd, F_SETFL, O_NONBLOCK);
+    fcntl(d->wakeUp.writeEnd, F_SETFL, O_NONBLOCK);
     // A program that is gone makes a write fail; it must not end us.
     signal(SIGPIPE, SIG_IGN);
     return std::unique_ptr<GuardedChild>(new GuardedChild(std::move(d)));
@@ -182,7 +205,7 @@ bool GuardedChild::write(const QByteArray &bytes, milliseconds limit)
             return false;
         } else if (const auto left =
                        std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
-                   left.count() <= 0 || !waitFor(d->commands.writeEnd, POLLOUT, left)) {
+                   left.count() <= 0 || !d->waitFor(d->commands.writeEnd, POLLOUT, left)) {
             return false;
         }
     }
@@ -196,7 +219,7 @@ void GuardedChild::closeInput()
 
 QByteArray GuardedChild::read(milliseconds limit)
 {
-    if (d->isGone || !waitFor(d->answers.readEnd, POLLIN, limit)) {
+    if (d->isGone || !d->waitFor(d->answers.readEnd, POLLIN, limit)) {
         return {};
     }
     QByteArray bytes(kReadSize, Qt::Uninitialized);
@@ -206,6 +229,13 @@ QByteArray GuardedChild::read(milliseconds limit)
     }
     bytes.truncate(std::max<ssize_t>(count, 0));
     return bytes;
+}
+
+void GuardedChild::wake()
+{
+    constexpr char kByte = 0;
+    // Never read: who is woken once shall not wait again. A full pipe has woken already.
+    [[maybe_unused]] const ssize_t written = ::write(d->wakeUp.writeEnd, &kByte, 1);
 }
 
 bool GuardedChild::isGone() const

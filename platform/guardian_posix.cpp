@@ -34,6 +34,7 @@ constexpr int kKillRounds = 600;
 
 [[noreturn]] void becomeProgram(char **argv, pid_t guardian)
 {
+    setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != guardian) {
         _exit(127);
@@ -68,8 +69,11 @@ void killChildren()
     }
 }
 
-void endEverything()
+void endEverything(pid_t program)
 {
+    if (program > 0) {
+        kill(-program, SIGKILL);
+    }
     for (int round = 0; round < kKillRounds; ++round) {
         killChildren();
         pid_t ended = 0;
@@ -86,7 +90,9 @@ void endEverything()
 
 int runGuardian(int argc, char **argv)
 {
-    if (argc <= kFirstProgramArgument) {
+    std::error_code error;
+    // What is removed in the end must be ours from the beginning.
+    if (argc <= kFirstProgramArgument || !std::filesystem::is_empty(argv[kFolderArgument], error)) {
         return 2;
     }
     // Orphans of the program become ours, so that none escapes.
@@ -99,15 +105,18 @@ int runGuardian(int argc, char **argv)
     if (program == 0) {
         becomeProgram(argv, self);
     }
+    // Our owner's end is the one sign that counts: polite requests to all would leave the folder.
+    for (const int polite : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+        signal(polite, SIG_IGN);
+    }
     // The program alone holds its pipes, so that their end means its end.
     close(kProgramIn);
     close(kProgramOut);
     if (program > 0) {
         waitForEnd(program);
     }
-    endEverything();
-    std::error_code ignored;
-    std::filesystem::remove_all(argv[kFolderArgument], ignored);
+    endEverything(program);
+    std::filesystem::remove_all(argv[kFolderArgument], error);
     return 0;
 }
 

@@ -6,6 +6,7 @@
 #include "platform/guarded_child.h"
 
 #include <QDir>
+#include <QUrl>
 
 namespace tollivar::capture {
 
@@ -79,19 +80,27 @@ Result<std::unique_ptr<platform::GuardedChild>> startBrowser()
 Result<std::vector<MediaFound>> CaptureEngine::find(const FindRequest &request,
                                                     platform::AutoResetEvent &stop)
 {
+    const QString scheme = QUrl(request.address, QUrl::StrictMode).scheme().toLower();
+    if (scheme != u"http" && scheme != u"https") {
+        // A browser opens much else, files of this machine among it.
+        return failure(ErrorKind::AskUser, QStringLiteral("only pages of the web are opened"));
+    }
     const auto browser = startBrowser();
     if (!browser) {
         return tl::unexpected(browser.error());
     }
+    const platform::AutoResetEvent::Watch wakeOnStop(stop, [&browser] { (*browser)->wake(); });
     PageWatch watch(**browser, request);
-    while (watch.step()) {
-        if (stop.isSet()) {
-            return failure(ErrorKind::TryAgain, QStringLiteral("stopped"));
-        }
+    while (!stop.isSet() && watch.step()) {
+    }
+    if (stop.isSet()) {
+        return failure(ErrorKind::TryAgain, QStringLiteral("stopped"));
     }
     auto media = watch.media();
-    if (media.empty() && (*browser)->isGone()) {
-        return failure(ErrorKind::TryAgain, QStringLiteral("the browser ended by itself"));
+    if (media.empty() && !watch.hasShownPage()) {
+        return failure(ErrorKind::TryAgain, (*browser)->isGone()
+                                                ? QStringLiteral("the browser ended by itself")
+                                                : QStringLiteral("the page could not be shown"));
     }
     return media;
 }

@@ -6,39 +6,25 @@ namespace tollivar::capture {
 
 namespace {
 
-constexpr qsizetype kMaximumMessage = 64 * 1024 * 1024;
+/// A page may send long addresses and long headers; nothing that we ask for is longer than this.
+constexpr qsizetype kMaximumMessage = 16 * 1024 * 1024;
 constexpr std::chrono::milliseconds kWriteLimit{2'000};
 
 } // namespace
 
-std::optional<DevToolsMessage> parseDevToolsMessage(const QByteArray &text)
-{
-    const QJsonDocument document = QJsonDocument::fromJson(text);
-    if (!document.isObject()) {
-        return std::nullopt;
-    }
-    const QJsonObject object = document.object();
-    DevToolsMessage message{.id = object[u"id"].toInt(),
-                            .method = object[u"method"].toString(),
-                            .session = object[u"sessionId"].toString(),
-                            .content = {},
-                            .isError = object.contains(u"error")};
-    if (message.id <= 0 && message.method.isEmpty()) {
-        return std::nullopt;
-    }
-    message.content = object[message.id > 0 ? u"result" : u"params"].toObject();
-    return message;
-}
-
 DevToolsConnection::DevToolsConnection(platform::GuardedChild &child, EventHandler onEvent)
     : m_child(child)
     , m_onEvent(std::move(onEvent))
+    , m_messages(kMaximumMessage)
 {
 }
 
 void DevToolsConnection::send(const QString &method, const QJsonObject &parameters,
                               const QString &session, ReplyHandler onReply)
 {
+    if (m_isBroken) {
+        return;
+    }
     const int id = ++m_lastId;
     QJsonObject command{{QStringLiteral("id"), id}, {QStringLiteral("method"), method}};
     if (!parameters.isEmpty()) {
@@ -51,19 +37,16 @@ void DevToolsConnection::send(const QString &method, const QJsonObject &paramete
         m_replies.emplace(id, std::move(onReply));
     }
     const QByteArray text = QJsonDocument(command).toJson(QJsonDocument::Compact);
-    m_isBroken = m_isBroken || !m_child.write(text + '\0', kWriteLimit);
+    m_isBroken = !m_child.write(text + '\0', kWriteLimit);
 }
 
 bool DevToolsConnection::pump(std::chrono::milliseconds limit)
 {
-    m_pending += m_child.read(limit);
-    qsizetype begin = 0;
-    for (qsizetype end = m_pending.indexOf('\0'); end >= 0; end = m_pending.indexOf('\0', begin)) {
-        take(m_pending.mid(begin, end - begin));
-        begin = end + 1;
+    m_messages.add(m_child.read(limit));
+    while (const auto text = m_messages.next()) {
+        take(*text);
     }
-    m_pending.remove(0, begin);
-    return !m_isBroken && !m_child.isGone() && m_pending.size() <= kMaximumMessage;
+    return !m_isBroken && !m_messages.isOverflown() && !m_child.isGone();
 }
 
 void DevToolsConnection::take(const QByteArray &text)
@@ -74,10 +57,7 @@ void DevToolsConnection::take(const QByteArray &text)
     }
     if (message->id == 0) {
         m_onEvent(*message);
-        return;
-    }
-    auto reply = m_replies.extract(message->id);
-    if (!reply.empty() && !message->isError) {
+    } else if (auto reply = m_replies.extract(message->id); !reply.empty()) {
         reply.mapped()(message->content);
     }
 }

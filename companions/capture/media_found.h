@@ -14,7 +14,7 @@ namespace tollivar::capture {
 
 /// One medium that a page offers, with what a server has to be told to hand it out.
 struct MediaFound {
-    QString address;
+    QString address;                      ///< to ask for it
     QString title;                        ///< the page's
     QString mediaType;                    ///< "video/mp4"; empty when nobody said
     QString extension;                    ///< with its dot; empty when unknown
@@ -22,7 +22,7 @@ struct MediaFound {
     QString cookies{};
     QString agent{};
     QString referer{};
-    QString location{}; ///< where redirects led; empty when nowhere else
+    QString location{}; ///< where it lay in the end; empty when no redirect led there
 };
 
 /// Which media come first.

@@ -2,12 +2,10 @@
 
 #include "fetch/text/media_type.h"
 
-#include <QFileInfo>
-#include <QUrl>
-
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <set>
+#include <tuple>
 
 namespace tollivar::capture {
 
@@ -16,158 +14,96 @@ namespace {
 /// Below this a sound is a click or a jingle.
 constexpr std::int64_t kShortSound = 100'000;
 
-QString endingOf(const QString &address)
-{
-    return QFileInfo(QUrl(address).path()).suffix().toLower();
-}
+/// What decides between two media; smaller is better.
+struct Rank {
+    int group = 0;
+    bool isIdle = true; ///< the page does not play it
+    int smallness = 0;  ///< on the page, in halvings, so that near-equal sizes count as equal
+    std::int64_t shortness = 0;
 
-template<std::size_t Count>
-bool isOneOf(const QString &text, const std::array<QStringView, Count> &known)
-{
-    return std::find(known.begin(), known.end(), text) != known.end();
-}
-
-MediaKind kindByEnding(const QString &ending)
-{
-    constexpr std::array<QStringView, 13> kVideo = {u"mp4",  u"webm", u"flv", u"mkv", u"mov",
-                                                    u"m4v",  u"ogv",  u"avi", u"wmv", u"mpg",
-                                                    u"mpeg", u"3gp",  u"asf"};
-    constexpr std::array<QStringView, 7> kAudio = {u"mp3", u"m4a",  u"ogg", u"wav",
-                                                   u"aac", u"flac", u"wma"};
-    constexpr std::array<QStringView, 2> kSegment = {u"ts", u"m4s"};
-    constexpr std::array<QStringView, 2> kPlaylist = {u"m3u8", u"mpd"};
-    if (isOneOf(ending, kVideo)) {
-        return MediaKind::Video;
-    }
-    if (isOneOf(ending, kPlaylist)) {
-        return MediaKind::Playlist;
-    }
-    if (isOneOf(ending, kSegment)) {
-        return MediaKind::Segment;
-    }
-    if (isOneOf(ending, kAudio)) {
-        return MediaKind::Audio;
-    }
-    return ending == u"swf" ? MediaKind::Flash : MediaKind::None;
-}
-
-struct Candidate {
-    WatchedRequest request;
-    MediaKind kind = MediaKind::None;
-    bool isPlaying = false;
+    [[nodiscard]] auto tied() const { return std::tie(group, isIdle, smallness, shortness); }
 };
 
-int rankOf(const Candidate &candidate, MediaPreference preference)
+struct Candidate {
+    const WatchedRequest *request = nullptr;
+    Rank rank;
+};
+
+int groupOf(const WatchedRequest &request, MediaKind kind, bool isOffered,
+            MediaPreference preference)
 {
-    const bool isShort = candidate.kind == MediaKind::Audio &&
-                         candidate.request.length.value_or(kShortSound) < kShortSound;
-    if (isShort) {
-        return static_cast<int>(MediaKind::None);
+    if (kind == MediaKind::Flash && preference == MediaPreference::Flash) {
+        return 0;
     }
-    if (preference == MediaPreference::Flash && candidate.kind == MediaKind::Flash) {
-        return -1;
+    if (kind == MediaKind::Audio && request.length.value_or(kShortSound) < kShortSound) {
+        return 9;
     }
-    return static_cast<int>(candidate.kind);
+    const int behindFetched = isOffered ? 4 : 0;
+    return behindFetched + (kind == MediaKind::Video ? 1 : kind == MediaKind::Flash ? 2 : 3);
 }
 
-bool isBetter(const Candidate &left, const Candidate &right, MediaPreference preference)
+Rank rankOf(const WatchedRequest &request, bool isOffered, const PageMedia &page,
+            MediaPreference preference)
 {
-    const int leftRank = rankOf(left, preference);
-    const int rightRank = rankOf(right, preference);
-    if (leftRank != rightRank) {
-        return leftRank < rightRank;
-    }
-    if (left.isPlaying != right.isPlaying) {
-        return left.isPlaying;
-    }
-    return left.request.length.value_or(0) > right.request.length.value_or(0);
-}
-
-QString sentHeader(const WatchedRequest &request, const QString &name)
-{
-    const auto found = request.sentHeaders.find(name);
-    return found == request.sentHeaders.end() ? QString() : found->second;
+    const MediaKind kind = kindOf(request.mediaType, request.address);
+    const auto played = std::find_if(
+        page.played.begin(), page.played.end(), [&request](const PlayedMedium &medium) {
+            return medium.address == request.address || medium.address == request.namedAddress;
+        });
+    const bool isPlayed = played != page.played.end();
+    return {.group = groupOf(request, kind, isOffered, preference),
+            .isIdle = !isPlayed,
+            .smallness = isPlayed ? -static_cast<int>(std::log2(1 + played->area)) : 0,
+            .shortness = -request.length.value_or(0)};
 }
 
 MediaFound asMedium(const WatchedRequest &request, const QString &title)
 {
     const QString byType = fetch::typeForMedia(request.mediaType.toLatin1());
     const QString ending = endingOf(request.address);
-    const bool isRedirected = request.firstAddress != request.address;
-    return {.address = isRedirected ? request.firstAddress : request.address,
+    return {.address = request.address,
             .title = title,
             .mediaType = request.mediaType,
             .extension = byType.isEmpty() && !ending.isEmpty() ? QLatin1Char('.') + ending : byType,
             .length = request.length,
-            .cookies = sentHeader(request, QStringLiteral("cookie")),
-            .agent = sentHeader(request, QStringLiteral("user-agent")),
-            .referer = sentHeader(request, QStringLiteral("referer")),
-            .location = isRedirected ? request.address : QString()};
+            .cookies = request.sent.cookies,
+            .agent = request.sent.agent,
+            .referer = request.sent.referer,
+            .location = request.namedAddress == request.address ? QString() : request.address};
 }
 
 } // namespace
 
-MediaKind kindOf(const QString &mediaType, const QString &address)
-{
-    const QString type = mediaType.section(u';', 0, 0).trimmed().toLower();
-    if (type == u"video/mp2t" || type == u"video/iso.segment") {
-        return MediaKind::Segment;
-    }
-    if (type == u"application/vnd.apple.mpegurl" || type == u"application/x-mpegurl" ||
-        type == u"audio/mpegurl" || type == u"application/dash+xml") {
-        return MediaKind::Playlist;
-    }
-    if (type == u"application/x-shockwave-flash") {
-        return MediaKind::Flash;
-    }
-    const MediaKind byEnding = kindByEnding(endingOf(address));
-    if (type.startsWith(u"video/")) {
-        return byEnding == MediaKind::Segment ? byEnding : MediaKind::Video;
-    }
-    if (type.startsWith(u"audio/")) {
-        return MediaKind::Audio;
-    }
-    const bool saysNothing = type.isEmpty() || type == u"application/octet-stream" ||
-                             type == u"binary/octet-stream" || type == u"text/plain";
-    return saysNothing ? byEnding : MediaKind::None;
-}
-
-std::vector<MediaFound> rankMedia(const std::vector<WatchedRequest> &requests,
-                                  const QStringList &playing, const QString &title,
-                                  MediaPreference preference)
+std::vector<MediaFound> rankMedia(const PageMedia &page, MediaPreference preference)
 {
     std::vector<Candidate> candidates;
     std::set<QString> known;
-    for (const WatchedRequest &request : requests) {
-        const bool isThere = request.status == 200 || request.status == 206;
-        const bool isFetched =
-            request.address.startsWith(u"http://") || request.address.startsWith(u"https://");
-        const MediaKind kind = kindOf(request.mediaType, request.address);
-        if (isThere && isFetched && kind != MediaKind::None &&
-            known.insert(request.address).second) {
-            candidates.push_back(
-                {request, kind,
-                 playing.contains(request.address) || playing.contains(request.firstAddress)});
+    for (const auto *requests : {&page.answered, &page.offered}) {
+        for (const WatchedRequest &request : *requests) {
+            if (isMedium(kindOf(request.mediaType, request.address)) &&
+                known.insert(request.address).second) {
+                const bool isOffered = requests == &page.offered;
+                candidates.push_back({&request, rankOf(request, isOffered, page, preference)});
+            }
         }
     }
     std::stable_sort(candidates.begin(), candidates.end(),
-                     [preference](const Candidate &left, const Candidate &right) {
-                         return isBetter(left, right, preference);
+                     [](const Candidate &left, const Candidate &right) {
+                         return left.rank.tied() < right.rank.tied();
                      });
     std::vector<MediaFound> media;
+    media.reserve(candidates.size());
     for (const Candidate &candidate : candidates) {
-        media.push_back(asMedium(candidate.request, title));
+        media.push_back(asMedium(*candidate.request, page.title));
     }
     return media;
 }
 
-bool isSatisfying(const std::vector<MediaFound> &media)
+bool isSatisfying(const MediaFound &best, MediaPreference preference)
 {
-    if (media.empty()) {
-        return false;
-    }
-    const MediaKind kind = kindOf(media.front().mediaType, media.front().address);
-    return kind == MediaKind::Video || kind == MediaKind::Flash;
+    const MediaKind wanted =
+        preference == MediaPreference::Flash ? MediaKind::Flash : MediaKind::Video;
+    return kindOf(best.mediaType, best.address) == wanted;
 }
 
 } // namespace tollivar::capture

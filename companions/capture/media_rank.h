@@ -1,30 +1,32 @@
 #pragma once
 
 #include "companions/capture/media_found.h"
+#include "companions/capture/media_kind.h"
 #include "companions/capture/network_watch.h"
+#include "companions/capture/page_report.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
 namespace tollivar::capture {
 
-/// What kind of file an answer is, from best to worst for a person who wants the video.
-enum class MediaKind { Video, Flash, Playlist, Audio, Segment, None };
+/// Everything that a page showed of its media.
+struct PageMedia {
+    std::vector<WatchedRequest> answered;
+    std::vector<PlayedMedium> played;
+    /// What the page only points to, in its order: nobody has asked for these yet.
+    std::vector<WatchedRequest> offered;
+    QString title;
+};
 
-/// By media type, and by the address where the type says nothing.
-[[nodiscard]] MediaKind kindOf(const QString &mediaType, const QString &address);
+/// The media of a page, best first, each once. What was fetched comes before what is only offered,
+/// videos before sounds (flash films before both when they are preferred), what the page plays
+/// before what it plays not, large on the page before small, long files before short ones. Sounds
+/// too short to be the point of a page come last.
+[[nodiscard]] std::vector<MediaFound> rankMedia(const PageMedia &page, MediaPreference preference);
 
-/// The media among the requests of a page, best first, each once: what the page plays, then by
-/// kind and size. Sounds too short to be the point of a page come only when there is nothing else.
-///
-/// `playing` are the addresses that the page's media elements play.
-[[nodiscard]] std::vector<MediaFound> rankMedia(const std::vector<WatchedRequest> &requests,
-                                                const QStringList &playing, const QString &title,
-                                                MediaPreference preference);
-
-/// True when the best of them is what a person came for, so that waiting for more is idle.
-[[nodiscard]] bool isSatisfying(const std::vector<MediaFound> &media);
+/// True when `best` is what a person came for, so that waiting for something better is idle.
+[[nodiscard]] bool isSatisfying(const MediaFound &best, MediaPreference preference);
 
 } // namespace tollivar::capture

@@ -1,22 +1,37 @@
 #include "companions/capture/network_watch.h"
 
+#include "companions/capture/media_kind.h"
+
 #include <algorithm>
 
 namespace tollivar::capture {
 
 namespace {
 
-constexpr std::size_t kMaximumRequests = 20'000;
+constexpr std::size_t kMaximumExchanges = 5'000;
+constexpr std::size_t kMaximumRedirects = 32;
+/// Servers refuse longer ones, and nobody needs them for a file.
+constexpr qsizetype kMaximumAddress = 16'384;
+constexpr qsizetype kMaximumHeader = 65'536;
+/// Of one event.
+constexpr double kMaximumData = 1e12;
 
-/// A header of an answer, found without regard to case.
+/// A header found without regard to case.
 QString headerOf(const QJsonObject &headers, QStringView name)
 {
     for (auto header = headers.begin(); header != headers.end(); ++header) {
         if (header.key().compare(name, Qt::CaseInsensitive) == 0) {
-            return header.value().toString();
+            return header.value().toString().left(kMaximumHeader);
         }
     }
     return {};
+}
+
+SentHeaders sentIn(const QJsonObject &headers)
+{
+    return {.cookies = headerOf(headers, u"cookie"),
+            .agent = headerOf(headers, u"user-agent"),
+            .referer = headerOf(headers, u"referer")};
 }
 
 /// The whole length: of a part, what stands behind the slash of its range.
@@ -30,67 +45,150 @@ std::optional<std::int64_t> lengthOf(const QJsonObject &headers)
     return isNumber && length >= 0 ? std::optional<std::int64_t>(length) : std::nullopt;
 }
 
+bool isFetched(const QString &address)
+{
+    return address.size() <= kMaximumAddress &&
+           (address.startsWith(u"http://") || address.startsWith(u"https://"));
+}
+
 } // namespace
 
-bool NetworkWatch::take(const DevToolsMessage &event)
+NetworkWatch::News NetworkWatch::take(const DevToolsMessage &event)
 {
-    const QString id = event.session + QLatin1Char('/') + event.content[u"requestId"].toString();
-    if (!m_requests.contains(id) && m_requests.size() >= kMaximumRequests) {
-        return false;
+    // The browser gives every request an id of its own, whichever session tells of it; frames and
+    // workers report some of their requests through their parent.
+    const QString id = event.content[u"requestId"].toString();
+    if (id.isEmpty() || !makeRoomFor(id)) {
+        return News::None;
     }
     if (event.method == u"Network.requestWillBeSent") {
-        takeRequest(m_requests[id], event.content);
-    } else if (event.method == u"Network.requestWillBeSentExtraInfo") {
-        // May come before the request itself.
-        WatchedRequest &request = m_requests[id];
-        request.hasRealHeaders = true;
-        takeHeaders(request, event.content[u"headers"].toObject());
-    } else if (event.method == u"Network.responseReceived") {
-        takeResponse(m_requests[id], event.content[u"response"].toObject());
-        return true;
+        return takeRequest(id, event.content);
     }
-    return false;
+    if (event.method == u"Network.requestWillBeSentExtraInfo") {
+        return takeWireHeaders(id, event.content[u"headers"].toObject());
+    }
+    if (event.method == u"Network.responseReceived") {
+        return takeResponse(id, event.content[u"response"].toObject());
+    }
+    if (event.method == u"Network.dataReceived") {
+        takeData(id, event.content[u"dataLength"].toDouble());
+    } else if (event.method == u"Network.loadingFinished") {
+        takeEnd(id, HowEnded::Whole);
+    } else if (event.method == u"Network.loadingFailed") {
+        takeEnd(id, HowEnded::Cut);
+    }
+    return News::None;
 }
 
-void NetworkWatch::takeRequest(WatchedRequest &request, const QJsonObject &event)
+bool NetworkWatch::makeRoomFor(const QString &id)
+{
+    if (m_exchanges.size() >= kMaximumExchanges && !m_exchanges.contains(id)) {
+        // Those without an answer give way: of some only a late header ever came.
+        std::erase_if(m_exchanges,
+                      [](const auto &entry) { return entry.second.request.status == 0; });
+        m_underWay.clear();
+    }
+    return m_exchanges.size() < kMaximumExchanges || m_exchanges.contains(id);
+}
+
+NetworkWatch::News NetworkWatch::takeRequest(const QString &id, const QJsonObject &event)
 {
     const QJsonObject sent = event[u"request"].toObject();
-    request.address = sent[u"url"].toString();
-    if (!event.contains(u"redirectResponse")) {
-        request.firstAddress = request.address;
-        request.order = m_count++;
+    const QString address = sent[u"url"].toString();
+    if (!isFetched(address)) {
+        return News::None;
     }
-    if (!request.hasRealHeaders) {
-        takeHeaders(request, sent[u"headers"].toObject());
+    Exchange &exchange = m_exchanges[id];
+    if (event.contains(u"redirectResponse")) {
+        exchange.redirects = std::min(exchange.redirects + 1, kMaximumRedirects);
+    } else {
+        exchange.request.namedAddress = address;
+        exchange.order = ++m_count;
     }
+    exchange.request.address = address;
+    exchange.request.sent = sentIn(sent[u"headers"].toObject());
+    exchange.isGet = sent[u"method"].toString() == u"GET";
+    m_underWay.insert(id);
+    return News::Traffic;
 }
 
-void NetworkWatch::takeHeaders(WatchedRequest &request, const QJsonObject &headers)
+NetworkWatch::News NetworkWatch::takeWireHeaders(const QString &id, const QJsonObject &headers)
 {
-    request.sentHeaders.clear();
-    for (auto header = headers.begin(); header != headers.end(); ++header) {
-        request.sentHeaders[header.key().toLower()] = header.value().toString();
+    Exchange &exchange = m_exchanges[id];
+    if (exchange.wire.size() <= kMaximumRedirects) {
+        exchange.wire.push_back(sentIn(headers));
     }
+    return exchange.request.status != 0 ? News::Candidate : News::None;
 }
 
-void NetworkWatch::takeResponse(WatchedRequest &request, const QJsonObject &response)
+NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const QJsonObject &response)
 {
-    request.address = response[u"url"].toString();
-    request.status = response[u"status"].toInt();
-    request.mediaType = response[u"mimeType"].toString();
+    const auto found = m_exchanges.find(id);
+    const int status = response[u"status"].toInt();
+    const QString address = response[u"url"].toString();
+    const QString mediaType = response[u"mimeType"].toString().left(kMaximumHeader);
+    const bool isThere = status == 200 || status == 206;
+    if (found == m_exchanges.end() || !found->second.isGet || !isThere || !isFetched(address) ||
+        !isMedium(kindOf(mediaType, address))) {
+        return News::Traffic;
+    }
+    WatchedRequest &request = found->second.request;
+    request.address = address;
+    request.status = status;
+    request.mediaType = mediaType;
     request.length = lengthOf(response[u"headers"].toObject());
+    return News::Candidate;
 }
 
-std::vector<WatchedRequest> NetworkWatch::answered() const
+void NetworkWatch::takeData(const QString &id, double bytes)
 {
-    std::vector<WatchedRequest> requests;
-    for (const auto &[id, request] : m_requests) {
-        if (request.status != 0) {
-            requests.push_back(request);
+    const auto found = m_exchanges.find(id);
+    if (found != m_exchanges.end() && bytes > 0 && bytes < kMaximumData) {
+        found->second.received += static_cast<std::int64_t>(bytes);
+    }
+}
+
+void NetworkWatch::takeEnd(const QString &id, HowEnded how)
+{
+    m_underWay.erase(id);
+    const auto found = m_exchanges.find(id);
+    if (found == m_exchanges.end()) {
+        return;
+    }
+    WatchedRequest &request = found->second.request;
+    if (request.status == 0) {
+        m_exchanges.erase(found);
+    } else if (request.status == 200 && !request.length && how == HowEnded::Whole) {
+        request.length = found->second.received;
+    }
+}
+
+std::vector<WatchedRequest> NetworkWatch::candidates() const
+{
+    std::vector<const Exchange *> answered;
+    for (const auto &[id, exchange] : m_exchanges) {
+        if (exchange.request.status != 0) {
+            answered.push_back(&exchange);
         }
     }
-    std::sort(requests.begin(), requests.end(),
-              [](const auto &left, const auto &right) { return left.order < right.order; });
+    std::sort(answered.begin(), answered.end(),
+              [](const auto *left, const auto *right) { return left->order < right->order; });
+    std::vector<WatchedRequest> requests;
+    std::map<QString, std::size_t> places;
+    for (const Exchange *exchange : answered) {
+        WatchedRequest request = exchange->request;
+        if (exchange->wire.size() > exchange->redirects) {
+            request.sent = exchange->wire[exchange->redirects];
+            request.isSentKnown = true;
+        }
+        // A player asks for the parts of a file one after the other.
+        const auto [place, isNew] = places.emplace(request.address, requests.size());
+        if (isNew) {
+            requests.push_back(std::move(request));
+        } else if (WatchedRequest &first = requests[place->second]; !first.length) {
+            first.length = request.length;
+        }
+    }
     return requests;
 }
 

@@ -1,48 +1,76 @@
 #pragma once
 
-#include "companions/capture/devtools_connection.h"
-#include "companions/capture/media_found.h"
+#include "companions/capture/devtools_message.h"
 
-#include <QJsonObject>
 #include <QString>
 
+#include <cstdint>
 #include <map>
+#include <optional>
+#include <set>
 #include <vector>
 
 namespace tollivar::capture {
 
-/// One request of a page, joined from the events that tell of it.
-struct WatchedRequest {
-    QString firstAddress; ///< before redirects
-    QString address;
-    QString mediaType;
-    int status = 0;
-    std::optional<std::int64_t> length{};
-    /// What the browser really sent where it says so, else what the page asked it to send; names
-    /// in lower case.
-    std::map<QString, QString> sentHeaders{};
-    bool hasRealHeaders = false;
-    int order = 0;
+/// The headers of a request that a second one for the same file has to repeat.
+struct SentHeaders {
+    QString cookies;
+    QString agent;
+    QString referer;
 };
 
-/// Joins the network events of all sessions into requests.
+/// One answered request of a page, joined from the events that tell of it.
+struct WatchedRequest {
+    QString namedAddress; ///< as the page named it, before redirects
+    QString address;      ///< that answered
+    QString mediaType;
+    int status = 0;
+    std::optional<std::int64_t> length{}; ///< of the whole file, also when a part was asked for
+    SentHeaders sent{};
+    /// True when `sent` is what went over the wire; otherwise it is what the page asked for, which
+    /// lacks the cookies.
+    bool isSentKnown = false;
+};
+
+/// Joins the network events of all sessions into the answers that may be media.
 ///
-/// Pure: holds what it was told, up to a limit that no honest page reaches.
+/// Pure: holds what it was told, up to limits that no honest page reaches.
 class NetworkWatch {
 public:
-    /// Takes an event of the Network domain; true when it told of an answer.
-    bool take(const DevToolsMessage &event);
+    /// What an event changed.
+    enum class News { None, Traffic, Candidate };
 
-    /// Every answered request, in the order of the requests.
-    [[nodiscard]] std::vector<WatchedRequest> answered() const;
+    /// Takes any event. Candidate: an answer that may be a medium came, or more is known of one.
+    News take(const DevToolsMessage &event);
+
+    /// Answers that may be media, in the order of their requests, each address once.
+    [[nodiscard]] std::vector<WatchedRequest> candidates() const;
+    /// True while a request waits for its end.
+    [[nodiscard]] bool isBusy() const { return !m_underWay.empty(); }
 
 private:
-    void takeRequest(WatchedRequest &request, const QJsonObject &event);
-    void takeHeaders(WatchedRequest &request, const QJsonObject &headers);
-    void takeResponse(WatchedRequest &request, const QJsonObject &response);
+    enum class HowEnded { Whole, Cut };
+    struct Exchange {
+        WatchedRequest request{};
+        /// What went over the wire, one entry per redirect and one for the last request; its events
+        /// come before or after the others.
+        std::vector<SentHeaders> wire;
+        std::size_t redirects = 0;
+        std::uint64_t order = 0;
+        std::int64_t received = 0; ///< bytes of the body
+        bool isGet = false;
+    };
 
-    std::map<QString, WatchedRequest> m_requests;
-    int m_count = 0;
+    News takeRequest(const QString &id, const QJsonObject &event);
+    News takeWireHeaders(const QString &id, const QJsonObject &headers);
+    News takeResponse(const QString &id, const QJsonObject &response);
+    void takeData(const QString &id, double bytes);
+    void takeEnd(const QString &id, HowEnded how);
+    [[nodiscard]] bool makeRoomFor(const QString &id);
+
+    std::map<QString, Exchange> m_exchanges;
+    std::set<QString> m_underWay;
+    std::uint64_t m_count = 0;
 };
 
 } // namespace tollivar::capture

@@ -1,9 +1,8 @@
 #include "companions/capture/page_watch.h"
 
-#include "companions/capture/media_rank.h"
-
 #include <QJsonArray>
-#include <QJsonDocument>
+
+#include <algorithm>
 
 namespace tollivar::capture {
 
@@ -11,30 +10,18 @@ using std::chrono::milliseconds;
 
 namespace {
 
-constexpr milliseconds kStep{50};
-/// How often media elements are set playing and asked what they play.
-constexpr milliseconds kPlayInterval{250};
-/// After the last answer, before what was found counts as all of it.
-constexpr milliseconds kSettle{250};
-/// After the page has loaded, in which a script may still begin to fetch.
-constexpr milliseconds kGraceWithSound{2'500};
-constexpr milliseconds kGraceWithNothing{4'000};
-/// A page that shows nothing to play by then has nothing.
-constexpr milliseconds kLongestWithNothing{9'000};
+constexpr milliseconds kStep{25};
+/// A browser that has shown no page by then never will.
+constexpr milliseconds kLongestStart{15'000};
+constexpr milliseconds kLongestForCookies{500};
+/// Beyond these a page is not honest; what comes later is left out.
+constexpr std::size_t kMaximumPlayed = 500;
+constexpr std::size_t kMaximumOffered = 500;
+/// The best ones are asked for first, and only they matter.
+constexpr int kMaximumCookieQuestions = 20;
 
-/// Sets every media element playing, without a sound, and tells what they play.
-constexpr QLatin1StringView kPlayScript(R"js((() => {
-  const found = [];
-  for (const media of document.querySelectorAll('video,audio')) {
-    media.muted = true;
-    const begun = media.play();
-    if (begun) begun.catch(() => {});
-    if (media.currentSrc) found.push(media.currentSrc);
-  }
-  return JSON.stringify({title: document.title, playing: found});
-})())js");
-
-QJsonObject attachFilter()
+/// Every kind of target that can fetch; all else would only be noise.
+QJsonObject attachParameters()
 {
     QJsonArray filter;
     for (const QString &type :
@@ -49,19 +36,27 @@ QJsonObject attachFilter()
             {QStringLiteral("filter"), filter}};
 }
 
+/// The header line's value that the browser would make of these cookies.
+QString cookieHeader(const QJsonArray &cookies)
+{
+    QStringList pairs;
+    for (const auto &cookie : cookies) {
+        pairs.append(cookie[u"name"].toString() + QLatin1Char('=') + cookie[u"value"].toString());
+    }
+    return pairs.join(QStringLiteral("; "));
+}
+
 } // namespace
 
 PageWatch::PageWatch(platform::GuardedChild &browser, FindRequest request)
     : m_request(std::move(request))
     , m_connection(browser, [this](const DevToolsMessage &event) { takeEvent(event); })
-    , m_start(Clock::now())
-    , m_lastPlay(m_start)
-    , m_lastAnswer(m_start)
+    , m_stateSince(Clock::now())
 {
-    begin();
+    prepareBrowser();
 }
 
-void PageWatch::begin()
+void PageWatch::prepareBrowser()
 {
     m_connection.send(QStringLiteral("Browser.getVersion"), {}, {},
                       [this](const QJsonObject &result) {
@@ -69,57 +64,112 @@ void PageWatch::begin()
                           m_agent = result[u"userAgent"].toString().replace(
                               QLatin1StringView("HeadlessChrome"), QLatin1StringView("Chrome"));
                       });
-    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachFilter());
+    m_connection.send(QStringLiteral("Browser.setDownloadBehavior"),
+                      {{QStringLiteral("behavior"), QStringLiteral("deny")}});
+    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachParameters());
     m_connection.send(QStringLiteral("Target.createTarget"),
                       {{QStringLiteral("url"), QStringLiteral("about:blank")}});
 }
 
 bool PageWatch::step()
 {
-    if (!m_connection.pump(kStep) || Clock::now() > m_request.deadline) {
-        return false;
+    const bool isAlive = m_connection.pump(kStep);
+    const auto now = Clock::now();
+    if (!isAlive || now > m_request.deadline) {
+        enter(State::Over);
     }
-    if (m_isOpen && Clock::now() - m_lastPlay > kPlayInterval) {
-        m_lastPlay = Clock::now();
-        playEverything();
+    switch (m_state) {
+    case State::Starting:
+        if (now - m_stateSince > kLongestStart) {
+            enter(State::Over);
+        }
+        break;
+    case State::Watching:
+        m_progress.isBusy = m_network.isBusy();
+        if (isFinished(m_progress, now)) {
+            finish();
+        }
+        break;
+    case State::AskingCookies:
+        if (m_cookiesAwaited == 0 || now - m_stateSince > kLongestForCookies) {
+            enter(State::Over);
+        }
+        break;
+    case State::Over:
+        break;
     }
-    return !isDone();
+    return m_state != State::Over;
 }
 
 void PageWatch::takeEvent(const DevToolsMessage &event)
 {
+    const bool isOfPage = event.session == m_pageSession && !m_pageSession.isEmpty();
     if (event.method == u"Target.attachedToTarget") {
-        attach(event.content[u"sessionId"].toString(),
-               event.content[u"targetInfo"][u"type"].toString());
-    } else if (event.method == u"Target.detachedFromTarget") {
-        m_documents.remove(event.content[u"sessionId"].toString());
-    } else if (event.method == u"Page.loadEventFired" && event.session == m_pageSession &&
-               m_isOpen) {
-        m_loaded = Clock::now();
-        m_lastPlay = {};
-    } else if (m_network.take(event)) {
-        m_lastAnswer = Clock::now();
+        takeTarget(event.content);
+    } else if (event.method == u"Runtime.bindingCalled") {
+        takeReport(event.content[u"payload"].toString());
+    } else if (event.method == u"Page.javascriptDialogOpening") {
+        // The page waits until somebody answers; there is nobody else.
+        m_connection.send(QStringLiteral("Page.handleJavaScriptDialog"),
+                          {{QStringLiteral("accept"), true}}, event.session);
+    } else if (event.method == u"Page.loadEventFired" && isOfPage && m_state != State::Starting) {
+        m_progress.loaded = Clock::now();
+    } else if (event.method == u"Inspector.targetCrashed" && isOfPage) {
+        finish();
+    } else if (event.method.startsWith(u"Network.")) {
+        takeAnswer(event);
+        switch (m_network.take(event)) {
+        case NetworkWatch::News::Candidate:
+            noteMediaChange();
+            [[fallthrough]];
+        case NetworkWatch::News::Traffic:
+            m_progress.lastTraffic = Clock::now();
+            break;
+        case NetworkWatch::News::None:
+            break;
+        }
     }
 }
 
-void PageWatch::attach(const QString &session, const QString &kind)
+void PageWatch::takeTarget(const QJsonObject &event)
 {
-    const bool hasDocument = kind == u"page" || kind == u"iframe";
-    const bool isPage = kind == u"page" && m_pageSession.isEmpty();
-    if (isPage) {
+    const QString session = event[u"sessionId"].toString();
+    const QString kind = event[u"targetInfo"][u"type"].toString();
+    const QString target = event[u"targetInfo"][u"targetId"].toString();
+    if (kind == u"page") {
+        if (!m_pageSession.isEmpty()) {
+            // A window that the page opens is never the one that was asked for.
+            m_connection.send(QStringLiteral("Target.closeTarget"),
+                              {{QStringLiteral("targetId"), target}});
+            return;
+        }
         m_pageSession = session;
+        m_pageTarget = target;
     }
-    if (hasDocument) {
-        m_documents.insert(session);
+    prepareSession(session, kind);
+}
+
+void PageWatch::prepareSession(const QString &session, const QString &kind)
+{
+    if (kind == u"page" || kind == u"iframe") {
         m_connection.send(QStringLiteral("Page.enable"), {}, session);
+        m_connection.send(QStringLiteral("Runtime.enable"), {}, session);
+        m_connection.send(QStringLiteral("Runtime.addBinding"),
+                          {{QStringLiteral("name"), kReportFunction},
+                           {QStringLiteral("executionContextName"), kScriptWorld}},
+                          session);
+        m_connection.send(
+            QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
+            {{QStringLiteral("source"), pageScript()}, {QStringLiteral("worldName"), kScriptWorld}},
+            session);
     }
     m_connection.send(QStringLiteral("Network.setUserAgentOverride"),
                       {{QStringLiteral("userAgent"), m_agent}}, session);
-    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachFilter(), session);
+    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachParameters(), session);
     // Requests before this reply would go unseen, so the page is opened by it.
     m_connection.send(QStringLiteral("Network.enable"), {}, session,
-                      [this, isPage](const QJsonObject & /*result*/) {
-                          if (isPage) {
+                      [this, session](const QJsonObject & /*result*/) {
+                          if (session == m_pageSession && m_state == State::Starting) {
                               openPage();
                           }
                       });
@@ -128,63 +178,150 @@ void PageWatch::attach(const QString &session, const QString &kind)
 
 void PageWatch::openPage()
 {
-    m_isOpen = true;
-    m_start = Clock::now();
+    enter(State::Watching);
+    m_progress.begun = m_progress.lastTraffic = Clock::now();
     m_connection.send(QStringLiteral("Page.navigate"), {{QStringLiteral("url"), m_request.address}},
-                      m_pageSession);
+                      m_pageSession, [this](const QJsonObject &result) {
+                          const bool isShown = result.contains(u"frameId") &&
+                                               result[u"errorText"].toString().isEmpty();
+                          if (!isShown) {
+                              finish();
+                          }
+                      });
 }
 
-void PageWatch::playEverything()
+void PageWatch::takeAnswer(const DevToolsMessage &event)
 {
-    for (const QString &session : std::as_const(m_documents)) {
-        const bool isPage = session == m_pageSession;
-        m_connection.send(QStringLiteral("Runtime.evaluate"),
-                          {{QStringLiteral("expression"), kPlayScript},
-                           {QStringLiteral("returnByValue"), true},
-                           {QStringLiteral("userGesture"), true}},
-                          session, [this, isPage](const QJsonObject &result) {
-                              const QJsonObject told =
-                                  QJsonDocument::fromJson(
-                                      result[u"result"][u"value"].toString().toUtf8())
-                                      .object();
-                              if (isPage) {
-                                  m_title = told[u"title"].toString();
-                              }
-                              takePlayed(told);
-                          });
+    const bool isPageItself = event.method == u"Network.responseReceived" &&
+                              event.session == m_pageSession &&
+                              event.content[u"type"].toString() == u"Document" &&
+                              event.content[u"frameId"].toString() == m_pageTarget;
+    if (!isPageItself) {
+        return;
+    }
+    if (!m_progress.answered) {
+        m_progress.answered = Clock::now();
+    }
+    // A page may send its visitor on to another one.
+    m_progress.loaded.reset();
+    m_progress.isTitleKnown = false;
+    const int status = event.content[u"response"][u"status"].toInt();
+    constexpr int kNotFound = 404;
+    constexpr int kGone = 410;
+    if (status == kNotFound || status == kGone) {
+        // What plays on such a page is not what was asked for.
+        enter(State::Over);
     }
 }
 
-void PageWatch::takePlayed(const QJsonObject &result)
+void PageWatch::takeReport(const QString &text)
 {
-    for (const auto &address : result[u"playing"].toArray()) {
-        if (const QString text = address.toString(); !m_playing.contains(text)) {
-            m_playing.append(text);
+    const auto report = parsePageReport(text);
+    if (!report) {
+        return;
+    }
+    if (report->isWholePage) {
+        m_title = report->title;
+        m_progress.isTitleKnown = !m_title.isEmpty() || m_progress.loaded;
+    }
+    bool isNews = false;
+    for (const PlayedMedium &medium : report->played) {
+        const auto known =
+            std::find_if(m_played.begin(), m_played.end(), [&medium](const PlayedMedium &other) {
+                return other.address == medium.address;
+            });
+        if (known != m_played.end()) {
+            known->area = std::max(known->area, medium.area);
+        } else if (m_played.size() < kMaximumPlayed) {
+            m_played.push_back(medium);
+            isNews = true;
+        }
+    }
+    for (const QString &address : report->offered) {
+        const bool isKnown =
+            std::any_of(m_offered.begin(), m_offered.end(),
+                        [&address](const auto &other) { return other.address == address; });
+        if (!isKnown && m_offered.size() < kMaximumOffered) {
+            m_offered.push_back({.namedAddress = address,
+                                 .address = address,
+                                 .mediaType = {},
+                                 .sent = {.cookies = {},
+                                          .agent = m_agent,
+                                          .referer = refererFor(report->address, address)}});
+            isNews = true;
+        }
+    }
+    if (isNews) {
+        noteMediaChange();
+    }
+}
+
+void PageWatch::finish()
+{
+    if (m_state == State::Watching) {
+        enter(State::AskingCookies);
+        askForCookies();
+    }
+}
+
+void PageWatch::askForCookies()
+{
+    int left = kMaximumCookieQuestions;
+    const PageMedia page = pageMedia();
+    for (const auto *requests : {&page.answered, &page.offered}) {
+        for (const WatchedRequest &request : *requests) {
+            if (request.isSentKnown || left-- <= 0) {
+                continue;
+            }
+            ++m_cookiesAwaited;
+            const QString address = request.address;
+            m_connection.send(QStringLiteral("Network.getCookies"),
+                              {{QStringLiteral("urls"), QJsonArray{address}}}, m_pageSession,
+                              [this, address](const QJsonObject &result) {
+                                  --m_cookiesAwaited;
+                                  m_cookies[address] = cookieHeader(result[u"cookies"].toArray());
+                              });
         }
     }
 }
 
-bool PageWatch::isDone() const
+void PageWatch::noteMediaChange()
 {
-    if (!m_isOpen) {
-        return false;
+    m_progress.changed = Clock::now();
+    if (!m_progress.found) {
+        const auto found = media();
+        if (!found.empty() && isSatisfying(found.front(), m_request.preference)) {
+            m_progress.found = m_progress.changed;
+        }
     }
-    const auto now = Clock::now();
-    const auto found = media();
-    if (isSatisfying(found)) {
-        // The title is asked for together with what plays.
-        return now - m_lastAnswer > kSettle && !m_title.isNull();
+}
+
+void PageWatch::enter(State state)
+{
+    m_state = state;
+    m_stateSince = Clock::now();
+}
+
+PageMedia PageWatch::pageMedia() const
+{
+    PageMedia page{.answered = m_network.candidates(),
+                   .played = m_played,
+                   .offered = m_offered,
+                   .title = m_title};
+    for (auto *requests : {&page.answered, &page.offered}) {
+        for (WatchedRequest &request : *requests) {
+            if (const auto asked = m_cookies.find(request.address);
+                asked != m_cookies.end() && !request.isSentKnown) {
+                request.sent.cookies = asked->second;
+            }
+        }
     }
-    if (now - m_start > kLongestWithNothing) {
-        return true;
-    }
-    return m_loaded && now - *m_loaded > (found.empty() ? kGraceWithNothing : kGraceWithSound) &&
-           now - m_lastAnswer > kSettle;
+    return page;
 }
 
 std::vector<MediaFound> PageWatch::media() const
 {
-    return rankMedia(m_network.answered(), m_playing, m_title, m_request.preference);
+    return rankMedia(pageMedia(), m_request.preference);
 }
 
 } // namespace tollivar::capture

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "companions/capture/devtools_connection.h"
+#include "companions/capture/finish_rule.h"
 #include "companions/capture/media_found.h"
+#include "companions/capture/media_rank.h"
 #include "companions/capture/network_watch.h"
-
-#include <QSet>
-#include <QStringList>
+#include "companions/capture/page_report.h"
 
 #include <chrono>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -17,6 +18,8 @@ namespace tollivar::capture {
 ///
 /// Threads: one thread, that calls step() again and again.
 /// Owns:    nothing; the child is borrowed.
+/// States:  Starting, until the browser has a page; Watching; AskingCookies, for media of which
+///          it is not known what to send; Over.
 class PageWatch {
 public:
     PageWatch(platform::GuardedChild &browser, FindRequest request);
@@ -27,31 +30,41 @@ public:
 
     /// What was found so far, best first.
     [[nodiscard]] std::vector<MediaFound> media() const;
+    /// False when the browser never came as far as showing the page.
+    [[nodiscard]] bool hasShownPage() const { return m_progress.answered.has_value(); }
 
 private:
     using Clock = std::chrono::steady_clock;
+    enum class State { Starting, Watching, AskingCookies, Over };
 
-    void begin();
+    void prepareBrowser();
     void takeEvent(const DevToolsMessage &event);
-    void attach(const QString &session, const QString &kind);
+    void takeTarget(const QJsonObject &event);
+    void takeAnswer(const DevToolsMessage &event);
+    void takeReport(const QString &text);
+    void takeNavigation(const QJsonObject &result);
+    void prepareSession(const QString &session, const QString &kind);
     void openPage();
-    void playEverything();
-    void takePlayed(const QJsonObject &result);
-    [[nodiscard]] bool isDone() const;
+    void askForCookies();
+    void finish();
+    void noteMediaChange();
+    void enter(State state);
+    [[nodiscard]] PageMedia pageMedia() const;
 
     FindRequest m_request;
     DevToolsConnection m_connection;
     NetworkWatch m_network;
+    WatchProgress m_progress;
+    State m_state = State::Starting;
+    Clock::time_point m_stateSince;
     QString m_agent;
     QString m_pageSession;
-    QSet<QString> m_documents; ///< sessions that have a document: the page and its frames
-    QStringList m_playing;
+    QString m_pageTarget;
     QString m_title;
-    Clock::time_point m_start;
-    Clock::time_point m_lastPlay;
-    Clock::time_point m_lastAnswer;
-    std::optional<Clock::time_point> m_loaded;
-    bool m_isOpen = false;
+    std::vector<PlayedMedium> m_played;
+    std::vector<WatchedRequest> m_offered;
+    std::map<QString, QString> m_cookies; ///< by address, where the browser had to be asked
+    int m_cookiesAwaited = 0;
 };
 
 } // namespace tollivar::capture
