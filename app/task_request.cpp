@@ -102,7 +102,9 @@ Result<tasks::TaskInfo> newTask(const TaskRequest &request)
     task.nModeHigh = request.quality;
     if (!request.name.isEmpty()) {
         task.bAutoRename = 0;
-        task.strOutputName = fetch::withoutForbiddenCharacters(request.name.trimmed(), u'-');
+        QString name = fetch::withoutForbiddenCharacters(request.name.trimmed(), u'-');
+        name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+        task.strOutputName = name;
     }
     if (request.method == tasks::DownloadMethod::Direct) {
         nameDirectFile(request, task);

@@ -13,9 +13,9 @@ namespace tollivar::app {
 
 /// What a person asks for when adding a task, before it is checked.
 struct TaskRequest {
-    QString address;
-    QString folder; ///< absolute, with or without a trailing separator
-    QString name;   ///< empty: named after the page's title
+    QString address{};
+    QString folder{}; ///< absolute, with or without a trailing separator
+    QString name{};   ///< empty: named after the page's title
     tasks::DownloadMethod method = tasks::DownloadMethod::Video;
     int quality = 0; ///< 0 to 6, for watch pages of the video-sharing site
 

@@ -1,5 +1,6 @@
 #include "fetch/output_file.h"
 
+#include "fetch/text/file_naming.h"
 #include "fetch/text/unique_file.h"
 
 namespace tollivar::fetch {
@@ -14,8 +15,9 @@ constexpr std::size_t kSliceSize = 256UL * 1024;
 
 std::unique_ptr<OutputFile> OutputFile::create(tasks::TaskWorker &worker, tasks::TaskInfo &task)
 {
-    auto created = createUniqueFile(task.outputPath(),
-                                    task.bFileCreated != 0 ? FileReuse::Yes : FileReuse::No);
+    const QString path =
+        task.strOutputFolder + fittingName(task.strOutputName, task.strFileType) + task.strFileType;
+    auto created = createUniqueFile(path, task.bFileCreated != 0 ? FileReuse::Yes : FileReuse::No);
     if (!created) {
         worker.setFailure({.kind = tasks::ErrorKind::CannotCreateFile});
         return nullptr;
