@@ -1,5 +1,6 @@
 #include "companions/pageprobe/html_tags.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tollivar::probe {
@@ -74,7 +75,7 @@ public:
 
     [[nodiscard]] bool atEnd() const { return m_place >= m_page.size(); }
     [[nodiscard]] QChar now() const { return m_page[m_place]; }
-    void step() { ++m_place; }
+    void step() { m_place = std::min(m_place + 1, m_page.size()); }
 
     void skipBlanksAndSlashes()
     {
