@@ -4,6 +4,8 @@
 #include "companions/pageprobe/static_page.h"
 #include "fetch/http/http_client.h"
 
+#include <QList>
+
 #include <array>
 
 namespace tollivar::probe {
@@ -19,7 +21,7 @@ constexpr std::size_t kReadSize = 64UL * 1024;
 
 bool isPage(const QByteArray &contentType)
 {
-    const QByteArray type = contentType.left(contentType.indexOf(';')).trimmed().toLower();
+    const QByteArray type = contentType.split(';').front().trimmed().toLower();
     return type.isEmpty() || type == "text/html" || type == "application/xhtml+xml";
 }
 
