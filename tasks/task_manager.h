@@ -43,7 +43,7 @@ enum class EventOutcome : int { Ignore = 0, FollowUp = 1 };
 
 struct TaskManagerOptions {
     int maximumDownloads = 5; ///< tasks that run at once
-    RetryPolicy retry;
+    RetryPolicy retry{};
     int browserVersion = -1; ///< given to every worker
 };
 

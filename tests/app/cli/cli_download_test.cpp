@@ -160,7 +160,8 @@ TEST_F(CliDownload, aRunningProgramTakesTheAddressesOver)
 {
     qputenv("XDG_RUNTIME_DIR", m_sandbox.file(QStringLiteral("run")).toUtf8());
     ASSERT_TRUE(QDir().mkpath(m_sandbox.file(QStringLiteral("run"))));
-    const auto place = platform::instancePlace(m_sandbox.file(QStringLiteral("data/Tollivar Data")));
+    const auto place =
+        platform::instancePlace(m_sandbox.file(QStringLiteral("data/Tollivar Data")));
     std::vector<TaskRequest> received;
     const auto server = platform::LocalMessageServer::listen(
         place.socket, [&received](platform::CopyDataId id, const QByteArray &payload) {

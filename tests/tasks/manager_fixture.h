@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tasks/stored_tasks.h"
+#include "tasks/task_manager.h"
+#include "tasks/task_recorder.h"
+#include "tests/support/manual_clock.h"
+#include "tests/support/sandbox.h"
+#include "tests/support/scripted_worker.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+
+namespace tollivar::tasks {
+
+/// A manager on a real database, with scripted workers and a clock that stands still.
+class ManagerTest : public ::testing::Test {
+protected:
+    ManagerTest();
+
+    /// Makes the manager; filter "all".
+    void begin(const TaskManagerOptions &options = {});
+    std::uint32_t add(const QString &address = QStringLiteral("http://a/"));
+    std::uint32_t addCompleted();
+    StartOutcome start(std::uint32_t id, Placement placement = Placement::Keep);
+    StopOutcome stop(std::uint32_t id);
+    /// Ends the task's run and waits until the manager has heard of it.
+    void end(std::uint32_t id, TaskEventCode code);
+    /// Waits until that many ending events have reached the manager.
+    void waitForEnds(int count);
+    [[nodiscard]] TaskState state(std::uint32_t id) const;
+    [[nodiscard]] test::ScriptedWorker &worker(std::uint32_t id) const;
+    [[nodiscard]] std::vector<std::uint32_t> shown() const;
+    [[nodiscard]] std::vector<StoredTask> stored() const;
+
+    test::Sandbox m_sandbox;
+    test::ManualClock m_clock;
+    std::unique_ptr<TaskDatabase> m_database;
+    std::unique_ptr<platform::AppMessageInbox> m_inbox;
+    std::unique_ptr<TaskManager> m_manager;
+    std::unique_ptr<TaskRecorder> m_recorder;
+    std::vector<EventOutcome> m_outcomes;
+    int m_ends = 0;
+};
+
+} // namespace tollivar::tasks
