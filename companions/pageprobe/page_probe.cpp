@@ -34,9 +34,11 @@ bool isWanted(const std::vector<MediaFound> &media, const capture::FindRequest &
     if (best.address == request.address) {
         return true; // Given directly: there is nothing else to find.
     }
-    return request.preference == capture::MediaPreference::Flash
-               ? kind == MediaKind::Flash
-               : kind != MediaKind::Audio && kind != MediaKind::Segment;
+    if (request.preference == capture::MediaPreference::Flash) {
+        return kind == MediaKind::Flash;
+    }
+    // None: an address that does not say what it is, but was found as a medium.
+    return kind == MediaKind::Video || kind == MediaKind::Flash || kind == MediaKind::None;
 }
 
 } // namespace

@@ -99,6 +99,14 @@ TEST_F(FindMedia, looksOnForAVideoWhenThereIsOnlyASound)
     EXPECT_EQ(find(), u"http://site.example/b.mp4");
 }
 
+TEST_F(FindMedia, looksOnForAFileWhenThereIsOnlyAPlaylistOrAPiece)
+{
+    addOne(u"playlist"_s, u"http://site.example/a.m3u8"_s);
+    addOne(u"piece"_s, u"http://site.example/a.ts"_s);
+    addOne(u"video"_s, u"http://site.example/b.mp4"_s);
+    EXPECT_EQ(find(), u"http://site.example/b.mp4");
+}
+
 TEST_F(FindMedia, takesTheSoundWhenThereIsNoVideoAnywhere)
 {
     addOne(u"sound"_s, u"http://site.example/a.mp3"_s);
