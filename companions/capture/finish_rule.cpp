@@ -31,7 +31,9 @@ bool isSettled(const WatchProgress &progress, TimePoint now)
     const bool isComplete = progress.loaded || sinceFound >= kWaitForLoad;
     const bool isQuiet =
         now - progress.changed.value_or(*progress.found) >= kSettle || sinceFound >= kLongestSettle;
-    return isComplete && isQuiet && (progress.isTitleKnown || sinceFound >= kWaitForTitle);
+    // A loaded page without a title has none.
+    const bool isNamed = progress.isTitleKnown || progress.loaded || sinceFound >= kWaitForTitle;
+    return isComplete && isQuiet && isNamed;
 }
 
 } // namespace

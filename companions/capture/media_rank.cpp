@@ -99,11 +99,17 @@ std::vector<MediaFound> rankMedia(const PageMedia &page, MediaPreference prefere
     return media;
 }
 
-bool isSatisfying(const MediaFound &best, MediaPreference preference)
+bool isSatisfying(const PageMedia &page, MediaPreference preference)
 {
-    const MediaKind wanted =
-        preference == MediaPreference::Flash ? MediaKind::Flash : MediaKind::Video;
-    return kindOf(best.mediaType, best.address) == wanted;
+    const auto holds = [](const std::vector<WatchedRequest> &requests, MediaKind kind) {
+        return std::any_of(requests.begin(), requests.end(), [kind](const WatchedRequest &request) {
+            return kindOf(request.mediaType, request.address) == kind;
+        });
+    };
+    if (preference == MediaPreference::Flash) {
+        return holds(page.answered, MediaKind::Flash) || holds(page.offered, MediaKind::Flash);
+    }
+    return holds(page.answered, MediaKind::Video);
 }
 
 } // namespace tollivar::capture

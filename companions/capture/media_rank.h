@@ -26,7 +26,8 @@ struct PageMedia {
 /// too short to be the point of a page come last.
 [[nodiscard]] std::vector<MediaFound> rankMedia(const PageMedia &page, MediaPreference preference);
 
-/// True when `best` is what a person came for, so that waiting for something better is idle.
-[[nodiscard]] bool isSatisfying(const MediaFound &best, MediaPreference preference);
+/// True when the page fetched what a person came for, so that waiting for something better is idle.
+/// No browser fetches flash films: of these it is enough that the page has one.
+[[nodiscard]] bool isSatisfying(const PageMedia &page, MediaPreference preference);
 
 } // namespace tollivar::capture

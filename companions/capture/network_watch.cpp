@@ -68,7 +68,19 @@ NetworkWatch::News NetworkWatch::take(const DevToolsMessage &event)
         return takeWireHeaders(id, event.content[u"headers"].toObject());
     }
     if (event.method == u"Network.responseReceived") {
-        return takeResponse(id, event.content[u"response"].toObject());
+        const QJsonObject response = event.content[u"response"].toObject();
+        return takeResponse(id, {.address = response[u"url"].toString(),
+                                 .mediaType = response[u"mimeType"].toString(),
+                                 .status = response[u"status"].toInt(),
+                                 .headers = response[u"headers"].toObject()});
+    }
+    if (event.method == u"Network.responseReceivedExtraInfo") {
+        // Comes also when the page is too busy to tell of its answers.
+        const QJsonObject headers = event.content[u"headers"].toObject();
+        return takeResponse(id, {.address = {},
+                                 .mediaType = headerOf(headers, u"content-type"),
+                                 .status = event.content[u"statusCode"].toInt(),
+                                 .headers = headers});
     }
     if (event.method == u"Network.dataReceived") {
         takeData(id, event.content[u"dataLength"].toDouble());
@@ -121,22 +133,24 @@ NetworkWatch::News NetworkWatch::takeWireHeaders(const QString &id, const QJsonO
     return exchange.request.status != 0 ? News::Candidate : News::None;
 }
 
-NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const QJsonObject &response)
+NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const Response &response)
 {
     const auto found = m_exchanges.find(id);
-    const int status = response[u"status"].toInt();
-    const QString address = response[u"url"].toString();
-    const QString mediaType = response[u"mimeType"].toString().left(kMaximumHeader);
-    const bool isThere = status == 200 || status == 206;
-    if (found == m_exchanges.end() || !found->second.isGet || !isThere || !isFetched(address) ||
-        !isMedium(kindOf(mediaType, address))) {
+    if (found == m_exchanges.end()) {
         return News::Traffic;
     }
     WatchedRequest &request = found->second.request;
+    const QString address = response.address.isEmpty() ? request.address : response.address;
+    const bool isThere = response.status == 200 || response.status == 206;
+    if (!found->second.isGet || !isThere || !isFetched(address) ||
+        !isMedium(kindOf(response.mediaType, address))) {
+        request.status = 0;
+        return News::Traffic;
+    }
     request.address = address;
-    request.status = status;
-    request.mediaType = mediaType;
-    request.length = lengthOf(response[u"headers"].toObject());
+    request.status = response.status;
+    request.mediaType = response.mediaType.left(kMaximumHeader);
+    request.length = lengthOf(response.headers);
     return News::Candidate;
 }
 

@@ -50,6 +50,12 @@ public:
 
 private:
     enum class HowEnded { Whole, Cut };
+    struct Response {
+        QString address; ///< empty for that of the request
+        QString mediaType;
+        int status = 0;
+        QJsonObject headers;
+    };
     struct Exchange {
         WatchedRequest request{};
         /// What went over the wire, one entry per redirect and one for the last request; its events
@@ -63,7 +69,7 @@ private:
 
     News takeRequest(const QString &id, const QJsonObject &event);
     News takeWireHeaders(const QString &id, const QJsonObject &headers);
-    News takeResponse(const QString &id, const QJsonObject &response);
+    News takeResponse(const QString &id, const Response &response);
     void takeData(const QString &id, double bytes);
     void takeEnd(const QString &id, HowEnded how);
     [[nodiscard]] bool makeRoomFor(const QString &id);

@@ -138,7 +138,9 @@ void PageWatch::takeTarget(const QJsonObject &event)
     const QString target = event[u"targetInfo"][u"targetId"].toString();
     if (kind == u"page") {
         if (!m_pageSession.isEmpty()) {
-            // A window that the page opens is never the one that was asked for.
+            // A window that the page opens is never the one that was asked for. Both may share a
+            // process, which waits as long as the window does.
+            m_connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
             m_connection.send(QStringLiteral("Target.closeTarget"),
                               {{QStringLiteral("targetId"), target}});
             return;
@@ -222,7 +224,7 @@ void PageWatch::takeReport(const QString &text)
     }
     if (report->isWholePage) {
         m_title = report->title;
-        m_progress.isTitleKnown = !m_title.isEmpty() || m_progress.loaded;
+        m_progress.isTitleKnown = !m_title.isEmpty();
     }
     bool isNews = false;
     for (const PlayedMedium &medium : report->played) {
@@ -288,11 +290,8 @@ void PageWatch::askForCookies()
 void PageWatch::noteMediaChange()
 {
     m_progress.changed = Clock::now();
-    if (!m_progress.found) {
-        const auto found = media();
-        if (!found.empty() && isSatisfying(found.front(), m_request.preference)) {
-            m_progress.found = m_progress.changed;
-        }
+    if (!m_progress.found && isSatisfying(pageMedia(), m_request.preference)) {
+        m_progress.found = m_progress.changed;
     }
 }
 
