@@ -23,7 +23,8 @@ struct GuardedOptions {
     QStringList arguments;
     /// "NAME=value" entries that replace or join our environment.
     QStringList environment;
-    /// An empty folder that the guard removes when the program has ended, with all that is in it.
+    /// Absolute path of a folder that is not there yet. The guard makes it, for us alone, before
+    /// the program starts, and removes it with all that is in it when the program has ended.
     QString folder;
     GuardedPipes pipes = GuardedPipes::ThreeAndFour;
 };
@@ -37,8 +38,9 @@ struct GuardedOptions {
 ///          is gone, up to a few seconds.
 class GuardedChild {
 public:
-    /// Errors: AskUser when the guardian is not installed or the folder not empty, TryAgain when
-    ///         there is no room for another process; the folder is left then. A program that cannot be run is one that is gone at once.
+    /// Errors: AskUser when the guardian is not installed, TryAgain when there is no room for
+    ///         another process. A program that cannot be run, or whose folder cannot be made, is
+    ///         gone at once.
     [[nodiscard]] static Result<std::unique_ptr<GuardedChild>> start(const GuardedOptions &options);
 
     ~GuardedChild();

@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <array>
 #include <cerrno>
@@ -114,8 +113,6 @@ struct GuardedChild::Private {
         wakeUp.close();
         if (guardian > 0) {
             reapGuardian();
-            // The guardian has done it, unless it could not be run or was ended itself.
-            QDir(folder).removeRecursively();
         }
     }
 
@@ -131,13 +128,18 @@ struct GuardedChild::Private {
     void reapGuardian() const
     {
         const auto deadline = Clock::now() + kGuardianLimit;
-        while (waitpid(guardian, nullptr, WNOHANG) == 0) {
+        int status = 0;
+        while (waitpid(guardian, &status, WNOHANG) == 0) {
             if (Clock::now() > deadline) {
                 kill(guardian, SIGKILL);
-                waitpid(guardian, nullptr, 0);
-                return;
+                waitpid(guardian, &status, 0);
+                break;
             }
             pause(milliseconds(5));
+        }
+        if (WIFSIGNALED(status)) {
+            // It was ended before it could clean up, so the folder is the one that it made.
+            QDir(folder).removeRecursively();
         }
     }
 };
@@ -147,11 +149,6 @@ Result<std::unique_ptr<GuardedChild>> GuardedChild::start(const GuardedOptions &
     const auto guardian = findProgram(kGuardian);
     if (!guardian) {
         return failure(ErrorKind::AskUser, QStringLiteral("%1 is not installed").arg(kGuardian));
-    }
-    if (!QFileInfo(options.folder).isDir() ||
-        !QDir(options.folder)
-             .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
-        return failure(ErrorKind::AskUser, QStringLiteral("the folder is not a new one"));
     }
     auto d = std::make_unique<Private>();
     if (!d->commands.open() || !d->answers.open() || !d->lifeLine.open() || !d->wakeUp.open()) {

@@ -14,6 +14,7 @@
 
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -90,9 +91,9 @@ void endEverything(pid_t program)
 
 int runGuardian(int argc, char **argv)
 {
-    std::error_code error;
-    // What is removed in the end must be ours from the beginning.
-    if (argc <= kFirstProgramArgument || !std::filesystem::is_empty(argv[kFolderArgument], error)) {
+    // What is removed in the end must have been made by us; and because no folder is there before
+    // we are, none can be left by an owner who is killed at the wrong moment.
+    if (argc <= kFirstProgramArgument || mkdir(argv[kFolderArgument], S_IRWXU) != 0) {
         return 2;
     }
     // Orphans of the program become ours, so that none escapes.
@@ -116,7 +117,8 @@ int runGuardian(int argc, char **argv)
         waitForEnd(program);
     }
     endEverything(program);
-    std::filesystem::remove_all(argv[kFolderArgument], error);
+    std::error_code ignored;
+    std::filesystem::remove_all(argv[kFolderArgument], ignored);
     return 0;
 }
 

@@ -5,7 +5,6 @@
 #include "platform/browser_engine.h"
 #include "platform/guarded_child.h"
 
-#include <QDir>
 #include <QUrl>
 
 namespace tollivar::capture {
@@ -61,18 +60,14 @@ Result<std::unique_ptr<platform::GuardedChild>> startBrowser()
         return failure(ErrorKind::AskUser,
                        QStringLiteral("no browser is installed; install chromium"));
     }
-    const auto profile = makeProfileFolder();
+    const auto profile = newProfilePath();
     if (!profile) {
         return tl::unexpected(profile.error());
     }
-    auto child = platform::GuardedChild::start({.program = *browser,
-                                                .arguments = browserArguments(*profile),
-                                                .environment = browserEnvironment(*profile),
-                                                .folder = *profile});
-    if (!child) {
-        QDir(*profile).removeRecursively();
-    }
-    return child;
+    return platform::GuardedChild::start({.program = *browser,
+                                          .arguments = browserArguments(*profile),
+                                          .environment = browserEnvironment(*profile),
+                                          .folder = *profile});
 }
 
 } // namespace

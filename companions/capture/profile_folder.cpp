@@ -4,7 +4,8 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QTemporaryDir>
+#include <QFileInfo>
+#include <QUuid>
 
 namespace tollivar::capture {
 
@@ -38,15 +39,16 @@ void removeLeftOvers()
 
 } // namespace
 
-platform::Result<QString> makeProfileFolder()
+platform::Result<QString> newProfilePath()
 {
-    removeLeftOvers();
-    QTemporaryDir folder(QDir::tempPath() + QLatin1Char('/') + kPrefix + QStringLiteral("XXXXXX"));
-    if (!folder.isValid()) {
-        return failure(ErrorKind::AskUser, folder.errorString());
+    const QFileInfo place(QDir::tempPath());
+    if (!place.isDir() || !place.isWritable()) {
+        return failure(ErrorKind::AskUser,
+                       QStringLiteral("nothing can be written in %1").arg(place.filePath()));
     }
-    folder.setAutoRemove(false);
-    return folder.path();
+    removeLeftOvers();
+    return place.absoluteFilePath() + QLatin1Char('/') + kPrefix +
+           QUuid::createUuid().toString(QUuid::Id128);
 }
 
 } // namespace tollivar::capture

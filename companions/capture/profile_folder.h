@@ -6,10 +6,11 @@
 
 namespace tollivar::capture {
 
-/// A new empty folder for one browser's profile and everything else that it writes. The browser's
-/// guardian removes it; folders that no living process holds are removed here on the way.
+/// Where one browser's profile and everything else that it writes shall lie: a path that is free and
+/// cannot be guessed. The browser's guardian makes the folder and removes it. Folders of earlier
+/// starts that no living guardian holds are removed here on the way.
 ///
 /// Errors: AskUser when no folder can be made.
-[[nodiscard]] platform::Result<QString> makeProfileFolder();
+[[nodiscard]] platform::Result<QString> newProfilePath();
 
 } // namespace tollivar::capture

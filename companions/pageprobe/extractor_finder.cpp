@@ -5,7 +5,6 @@
 #include "platform/find_program.h"
 #include "platform/guarded_child.h"
 
-#include <QDir>
 
 namespace tollivar::probe {
 
@@ -28,7 +27,7 @@ Result<std::unique_ptr<GuardedChild>> startExtractor(const QString &address)
     if (!program) {
         return failure(ErrorKind::TryAgain, QStringLiteral("%1 is not installed").arg(kProgram));
     }
-    const auto folder = capture::makeProfileFolder();
+    const auto folder = capture::newProfilePath();
     if (!folder) {
         return tl::unexpected(folder.error());
     }
@@ -39,9 +38,7 @@ Result<std::unique_ptr<GuardedChild>> startExtractor(const QString &address)
                                                       QStringLiteral("XDG_CACHE_HOME=") + *folder},
                                       .folder = *folder,
                                       .pipes = platform::GuardedPipes::StandardStreams});
-    if (!child) {
-        QDir(*folder).removeRecursively();
-    } else {
+    if (child) {
         (*child)->closeInput();
     }
     return child;

@@ -10,6 +10,8 @@
 
 #include <array>
 
+#include <unistd.h>
+
 namespace tollivar::test {
 
 namespace {
@@ -82,6 +84,26 @@ bool isRunning(qint64 processId)
     const QByteArray text = status.readAll();
     const QByteArray state = text.mid(text.lastIndexOf(')') + 2, 1);
     return !state.isEmpty() && state != "Z" && state != "X";
+}
+
+QStringList processesNaming(const QByteArray &text)
+{
+    const auto contentOf = [](const QString &path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QStringList found;
+    for (const QString &id : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        const bool isOther = id.toLongLong() > 0 && id.toLongLong() != getpid();
+        const QString folder = QStringLiteral("/proc/") + id;
+        const QByteArray words =
+            isOther ? contentOf(folder + QStringLiteral("/cmdline")) : QByteArray();
+        if (words.contains(text) ||
+            (isOther && contentOf(folder + QStringLiteral("/environ")).contains(text))) {
+            found.append(QString::fromUtf8(words).replace(QChar::Null, u' '));
+        }
+    }
+    return found;
 }
 
 qsizetype openDescriptors()

@@ -43,6 +43,9 @@ private:
 
 /// True while the process runs; a zombie that nobody has reaped does not count.
 [[nodiscard]] bool isRunning(qint64 processId);
+/// Command lines of the processes, other than this one, that have `text` in their command line or
+/// in the environment that they were started with.
+[[nodiscard]] QStringList processesNaming(const QByteArray &text);
 /// How many descriptors this process has open.
 [[nodiscard]] qsizetype openDescriptors();
 

@@ -1,20 +1,11 @@
 #include "tests/companions/capture/capture_fixture.h"
 
-#include <QCoreApplication>
+#include "tests/support/processes.h"
+
 #include <QDir>
 #include <QFile>
 
 namespace tollivar::test {
-
-namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 HttpSite::Script page(const QByteArray &html, const QByteArray &moreHeaders)
 {
@@ -97,20 +88,7 @@ QStringList CaptureFixture::leftFiles() const
 
 QStringList CaptureFixture::leftProcesses() const
 {
-    QStringList left;
-    for (const QString &id : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        const bool isProcess = id.toLongLong() > 0;
-        if (!isProcess || id.toLongLong() == QCoreApplication::applicationPid()) {
-            continue;
-        }
-        const QString folder = QStringLiteral("/proc/") + id;
-        const QByteArray words = contentOf(folder + QStringLiteral("/cmdline"));
-        const QByteArray traces = words + contentOf(folder + QStringLiteral("/environ"));
-        if (traces.contains(temporaryFolder().toUtf8())) {
-            left.append(QString::fromUtf8(words).replace(QChar::Null, u' '));
-        }
-    }
-    return left;
+    return processesNaming(temporaryFolder().toUtf8());
 }
 
 } // namespace tollivar::test

@@ -1,5 +1,4 @@
 #include "companions/capture/profile_folder.h"
-
 #include "platform/file_lock.h"
 #include "tests/support/sandbox.h"
 
@@ -36,23 +35,21 @@ protected:
     test::Sandbox m_sandbox;
 };
 
-TEST_F(ProfileFolderTest, isNewEmptyAndOursAlone)
+TEST_F(ProfileFolderTest, isAFreePathOfItsOwnEachTime)
 {
-    const auto folder = makeProfileFolder();
-    ASSERT_TRUE(folder);
-    EXPECT_TRUE(QDir(*folder).isEmpty());
-    EXPECT_EQ(QFileInfo(*folder).permissions() & (QFile::ReadOther | QFile::ReadGroup |
-                                                  QFile::WriteOther | QFile::WriteGroup),
-              QFile::Permissions());
-    const auto other = makeProfileFolder();
+    const auto path = newProfilePath();
+    ASSERT_TRUE(path);
+    EXPECT_TRUE(path->startsWith(m_sandbox.path() + QLatin1Char('/')));
+    EXPECT_FALSE(QFile::exists(*path));
+    const auto other = newProfilePath();
     ASSERT_TRUE(other);
-    EXPECT_NE(*folder, *other);
+    EXPECT_NE(*path, *other);
 }
 
 TEST_F(ProfileFolderTest, whatAnEarlierStartLeftBehindIsRemoved)
 {
     const QString left = makeOldFolder(QStringLiteral("tollivar-capture-left"));
-    ASSERT_TRUE(makeProfileFolder());
+    ASSERT_TRUE(newProfilePath());
     EXPECT_FALSE(QFile::exists(left));
 }
 
@@ -62,15 +59,16 @@ TEST_F(ProfileFolderTest, whatAGuardianHoldsIsKept)
     const auto lock = platform::FileLock::take(held + QStringLiteral("/guardian.lock"));
     ASSERT_TRUE(lock);
     makeOld(held);
-    ASSERT_TRUE(makeProfileFolder());
+    ASSERT_TRUE(newProfilePath());
     EXPECT_TRUE(QFile::exists(held + QStringLiteral("/Default/Cookies")));
 }
 
 TEST_F(ProfileFolderTest, whatIsYoungIsKept)
 {
-    const auto young = makeProfileFolder();
+    const auto young = newProfilePath();
     ASSERT_TRUE(young);
-    ASSERT_TRUE(makeProfileFolder());
+    ASSERT_TRUE(QDir().mkpath(*young));
+    ASSERT_TRUE(newProfilePath());
     EXPECT_TRUE(QFile::exists(*young));
 }
 
@@ -80,7 +78,7 @@ TEST_F(ProfileFolderTest, whatIsNotOursIsKept)
     const QString elsewhere = makeOldFolder(QStringLiteral("target"));
     const QString link = m_sandbox.file(QStringLiteral("tollivar-capture-link"));
     ASSERT_TRUE(QFile::link(elsewhere, link));
-    ASSERT_TRUE(makeProfileFolder());
+    ASSERT_TRUE(newProfilePath());
     EXPECT_TRUE(QFile::exists(other));
     EXPECT_TRUE(QFile::exists(elsewhere + QStringLiteral("/Default/Cookies")));
 }
@@ -88,7 +86,7 @@ TEST_F(ProfileFolderTest, whatIsNotOursIsKept)
 TEST_F(ProfileFolderTest, noPlaceForFoldersIsAFailure)
 {
     qputenv("TMPDIR", m_sandbox.file(QStringLiteral("missing")).toUtf8());
-    const auto folder = makeProfileFolder();
+    const auto folder = newProfilePath();
     ASSERT_FALSE(folder);
     EXPECT_EQ(folder.error().kind, platform::ErrorKind::AskUser);
 }
