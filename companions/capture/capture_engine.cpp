@@ -19,19 +19,27 @@ QStringList browserArguments(const QString &profile)
 {
     QStringList arguments = {
         QStringLiteral("--headless=new"),
-        QStringLiteral("--disable-gpu"),
         QStringLiteral("--remote-debugging-pipe"),
         QStringLiteral("--user-data-dir=") + profile,
+        QStringLiteral("--no-startup-window"),
         QStringLiteral("--no-first-run"),
         QStringLiteral("--no-default-browser-check"),
-        QStringLiteral("--disable-background-networking"),
-        QStringLiteral("--disable-component-update"),
-        QStringLiteral("--disable-sync"),
+        QStringLiteral("--disable-gpu"),
         QStringLiteral("--disable-extensions"),
         QStringLiteral("--disable-breakpad"),
-        QStringLiteral("--mute-audio"),
         QStringLiteral("--password-store=basic"),
+        QStringLiteral("--mute-audio"),
         QStringLiteral("--autoplay-policy=no-user-gesture-required"),
+        // What is found is fetched without a proxy too; some servers hand a file only to the
+        // machine that asked for its page.
+        QStringLiteral("--no-proxy-server"),
+        // Nobody is called but the hosts of the page.
+        QStringLiteral("--disable-background-networking"),
+        QStringLiteral("--disable-component-update"),
+        QStringLiteral("--disable-default-apps"),
+        QStringLiteral("--disable-domain-reliability"),
+        QStringLiteral("--disable-sync"),
+        QStringLiteral("--no-pings"),
         QStringLiteral("--disable-features=Translate,MediaRouter,OptimizationHints"),
     };
     if (platform::isAdministrator()) {
