@@ -105,6 +105,9 @@ struct GuardedChild::Private {
     QString folder;
     bool isGone = false;
 
+    Private() = default;
+    Private(const Private &) = delete;
+    Private &operator=(const Private &) = delete;
     ~Private()
     {
         commands.close();

@@ -7,7 +7,7 @@ namespace tollivar::capture {
 namespace {
 
 /// A page may send long addresses and long headers; nothing that we ask for is longer than this.
-constexpr qsizetype kMaximumMessage = 16 * 1024 * 1024;
+constexpr qsizetype kMaximumMessage = 16LL * 1024 * 1024;
 constexpr std::chrono::milliseconds kWriteLimit{2'000};
 
 } // namespace
