@@ -121,7 +121,7 @@ private:
 StepResult readBody(HttpClient &client, OutputFile &file, Transfer &transfer,
                     platform::AutoResetEvent &stop)
 {
-    std::array<std::byte, kReadSize> buffer;
+    std::array<std::byte, kReadSize> buffer = {};
     for (;;) {
         if (stop.poll()) {
             return StepResult::Stopped;

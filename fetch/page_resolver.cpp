@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kReadPause{300};
 /// A parser that says more has nothing to say; what follows is not kept.
-constexpr qsizetype kMaximumAnswer = 16 * 1024 * 1024;
+constexpr qsizetype kMaximumAnswer = 16LL * 1024 * 1024;
 
 /// Characters that could end the quoted argument, or hide what follows, percent-encoded.
 QString asOneArgument(const QString &address)

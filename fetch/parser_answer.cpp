@@ -16,7 +16,7 @@ using Take = void (*)(AnswerRecord &record, const QString &value);
 
 struct Key {
     QStringView name;
-    Take take;
+    Take take = nullptr;
 };
 
 template<QString AnswerRecord::*Member>

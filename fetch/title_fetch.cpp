@@ -31,7 +31,7 @@ FetchedTitle fetchTitle(const QString &address, platform::AutoResetEvent &stop)
         return {.result = StepResult::Failed};
     }
     PageTitleReader reader;
-    std::array<std::byte, kReadSize> buffer;
+    std::array<std::byte, kReadSize> buffer = {};
     for (std::size_t total = 0; total < kMaximumPageSize;) {
         const ReadResult read = (*client)->read(buffer);
         if (stop.poll()) {

@@ -6,13 +6,13 @@ namespace {
 
 class SystemClock final : public Clock {
 public:
-    std::chrono::milliseconds steadyNow() const override
+    [[nodiscard]] std::chrono::milliseconds steadyNow() const override
     {
         return std::chrono::duration_cast<std::chrono::milliseconds>(
             std::chrono::steady_clock::now().time_since_epoch());
     }
 
-    QDateTime wallNow() const override { return QDateTime::currentDateTime(); }
+    [[nodiscard]] QDateTime wallNow() const override { return QDateTime::currentDateTime(); }
 };
 
 } // namespace

@@ -22,7 +22,7 @@ QString folderFrom(const char *variable)
 
 Result<QString> folderFromOrHome(const char *variable, QLatin1StringView belowHome)
 {
-    if (const QString folder = folderFrom(variable); !folder.isEmpty()) {
+    if (QString folder = folderFrom(variable); !folder.isEmpty()) {
         return folder;
     }
     const QString home = folderFrom("HOME");
@@ -53,7 +53,7 @@ Result<QString> commonDataFolder()
 
 QString runtimeFolder()
 {
-    const QString folder = folderFrom("XDG_RUNTIME_DIR");
+    QString folder = folderFrom("XDG_RUNTIME_DIR");
     struct stat status = {};
     if (folder.isEmpty() || stat(QFile::encodeName(folder).constData(), &status) != 0 ||
         !S_ISDIR(status.st_mode) || status.st_uid != geteuid()) {
@@ -64,7 +64,7 @@ QString runtimeFolder()
 
 QString documentsFolder()
 {
-    if (const QString folder = folderFrom("XDG_DOCUMENTS_DIR"); !folder.isEmpty()) {
+    if (QString folder = folderFrom("XDG_DOCUMENTS_DIR"); !folder.isEmpty()) {
         return folder;
     }
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);

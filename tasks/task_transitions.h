@@ -35,67 +35,92 @@ struct TaskTransition {
     bool operator==(const TaskTransition &) const = default;
 };
 
-/// The state that follows, and what to do; the same state and nothing when the input means nothing
-/// in this state.
-///
-/// A task that completes after a stop was asked is stopped all the same: the person asked. A
-/// failed run that is tried again passes through Failed; its next state is what comes after that.
-[[nodiscard]] constexpr TaskTransition nextState(TaskState state, TaskInput input)
+namespace internal {
+
+[[nodiscard]] constexpr TaskTransition unchanged(TaskState state)
 {
-    const bool isIdle = state == TaskState::New || state == TaskState::Failed ||
-                        state == TaskState::Completed || state == TaskState::Stopped;
-    const TaskTransition unchanged{state, TaskAction::None};
-    if (state == TaskState::Removed) {
-        return unchanged;
+    return {state, TaskAction::None};
+}
+
+[[nodiscard]] constexpr TaskTransition afterStart(TaskState state, TaskTransition begun)
+{
+    switch (state) {
+    case TaskState::New:
+    case TaskState::Failed:
+    case TaskState::Completed:
+    case TaskState::Stopped:
+        return begun;
+    case TaskState::Stopping:
+        return {TaskState::StoppingToRestart, TaskAction::None};
+    default:
+        return unchanged(state);
     }
-    switch (input) {
-    case TaskInput::StartWithSlot:
-    case TaskInput::StartWithoutSlot:
-        if (state == TaskState::Stopping) {
-            return {TaskState::StoppingToRestart, TaskAction::None};
-        }
-        if (!isIdle) {
-            return unchanged;
-        }
-        return input == TaskInput::StartWithSlot
-                   ? TaskTransition{TaskState::Started, TaskAction::Launch}
-                   : TaskTransition{TaskState::Waiting, TaskAction::Enqueue};
-    case TaskInput::SlotFreed:
-        return state == TaskState::Waiting ? TaskTransition{TaskState::Started, TaskAction::Launch}
-                                           : unchanged;
-    case TaskInput::Stop:
-        if (isRunning(state)) {
-            return {TaskState::Stopping, TaskAction::SignalStop};
-        }
-        if (state == TaskState::StoppingToRestart) {
-            return {TaskState::Stopping, TaskAction::None};
-        }
-        return state == TaskState::Waiting ? TaskTransition{TaskState::Stopped, TaskAction::None}
-                                           : unchanged;
-    case TaskInput::Remove:
-        return {TaskState::Removed, TaskAction::SignalStop};
-    case TaskInput::RunCompleted:
-    case TaskInput::RunFailedRetry:
-    case TaskInput::RunFailedFinally:
-    case TaskInput::RunStopped:
-        break;
+}
+
+[[nodiscard]] constexpr TaskTransition afterStop(TaskState state)
+{
+    switch (state) {
+    case TaskState::Started:
+    case TaskState::ResolvingPage:
+    case TaskState::TakingTitle:
+    case TaskState::Downloading:
+        return {TaskState::Stopping, TaskAction::SignalStop};
+    case TaskState::StoppingToRestart:
+        return {TaskState::Stopping, TaskAction::None};
+    case TaskState::Waiting:
+        return {TaskState::Stopped, TaskAction::None};
+    default:
+        return unchanged(state);
     }
+}
+
+/// `ended` is what becomes of a task of which no stop was asked.
+[[nodiscard]] constexpr TaskTransition afterRun(TaskState state, TaskTransition ended)
+{
     if (state == TaskState::Stopping) {
         return {TaskState::Stopped, TaskAction::None};
     }
     if (state == TaskState::StoppingToRestart) {
         return {TaskState::Waiting, TaskAction::Enqueue};
     }
-    // A run stops only when it was asked to, and then the task is in one of the two states above.
-    if (!isRunning(state) || input == TaskInput::RunStopped) {
-        return unchanged;
+    return isRunning(state) ? ended : unchanged(state);
+}
+
+} // namespace internal
+
+/// The state that follows, and what to do; the same state and nothing when the input means nothing
+/// in this state.
+///
+/// A task that completes after a stop was asked is stopped all the same: the person asked. A
+/// failed run that is tried again passes through Failed; its next state is what comes after that.
+/// A run stops only when it was asked to, so RunStopped changes no task that is simply running.
+[[nodiscard]] constexpr TaskTransition nextState(TaskState state, TaskInput input)
+{
+    if (state == TaskState::Removed) {
+        return internal::unchanged(state);
     }
-    if (input == TaskInput::RunCompleted) {
-        return {TaskState::Completed, TaskAction::None};
+    switch (input) {
+    case TaskInput::StartWithSlot:
+        return internal::afterStart(state, {TaskState::Started, TaskAction::Launch});
+    case TaskInput::StartWithoutSlot:
+        return internal::afterStart(state, {TaskState::Waiting, TaskAction::Enqueue});
+    case TaskInput::SlotFreed:
+        return state == TaskState::Waiting ? TaskTransition{TaskState::Started, TaskAction::Launch}
+                                           : internal::unchanged(state);
+    case TaskInput::Stop:
+        return internal::afterStop(state);
+    case TaskInput::RunCompleted:
+        return internal::afterRun(state, {TaskState::Completed, TaskAction::None});
+    case TaskInput::RunFailedRetry:
+        return internal::afterRun(state, {TaskState::Started, TaskAction::Launch});
+    case TaskInput::RunFailedFinally:
+        return internal::afterRun(state, {TaskState::Failed, TaskAction::None});
+    case TaskInput::RunStopped:
+        return internal::afterRun(state, internal::unchanged(state));
+    case TaskInput::Remove:
+        return {TaskState::Removed, TaskAction::SignalStop};
     }
-    return input == TaskInput::RunFailedRetry
-               ? TaskTransition{TaskState::Started, TaskAction::Launch}
-               : TaskTransition{TaskState::Failed, TaskAction::None};
+    return internal::unchanged(state);
 }
 
 } // namespace tollivar::tasks

@@ -18,6 +18,15 @@ struct Option {
     std::function<Result<void>(const QString &value)> take;
 };
 
+/// Null for an unknown name.
+const Option *findOption(std::span<const Option> options, const QString &name)
+{
+    const auto found =
+        std::find_if(options.begin(), options.end(),
+                     [&name](const Option &candidate) { return candidate.name == name; });
+    return found == options.end() ? nullptr : &*found;
+}
+
 /// Walks the arguments once: options go to their takers, the rest is handed back in order.
 Result<QStringList> readOptions(const QStringList &arguments, std::span<const Option> options)
 {
@@ -33,11 +42,8 @@ Result<QStringList> readOptions(const QStringList &arguments, std::span<const Op
         }
         const qsizetype equals = argument.startsWith(u"--") ? argument.indexOf(u'=') : -1;
         const QString name = argument.left(equals);
-        const auto *const option =
-            std::find_if(options.begin(), options.end(), [&name](const Option &candidate) {
-                return candidate.name == name;
-            }).base();
-        if (option == options.data() + options.size()) {
+        const Option *const option = findOption(options, name);
+        if (option == nullptr) {
             return failure(ErrorKind::AskUser, QStringLiteral("unknown option %1").arg(name));
         }
         QString value = equals >= 0 ? argument.mid(equals + 1) : QString();

@@ -47,7 +47,7 @@ QString progressLine(const QString &status, const tasks::TaskInfo &task,
     if (progress.secondsLeft > 0) {
         parts.append(duration(progress.secondsLeft) + QStringLiteral(" left"));
     }
-    const QString figures = parts.join(QStringLiteral("  "));
+    QString figures = parts.join(QStringLiteral("  "));
     const qsizetype room = std::max<qsizetype>(columns - figures.size() - 3, 0);
     const QString name = task.strOutputName + task.strFileType;
     if (room == 0) {

@@ -5,7 +5,6 @@
 #include "platform/find_program.h"
 #include "platform/guarded_child.h"
 
-
 namespace tollivar::probe {
 
 using capture::MediaFound;
@@ -19,7 +18,7 @@ namespace {
 constexpr QLatin1StringView kProgram("yt-dlp");
 constexpr std::chrono::seconds kAnswerLimit{20};
 constexpr std::chrono::milliseconds kReadStep{20};
-constexpr qsizetype kMaximumAnswer = 32 * 1024 * 1024;
+constexpr qsizetype kMaximumAnswer = 32LL * 1024 * 1024;
 
 Result<std::unique_ptr<GuardedChild>> startExtractor(const QString &address)
 {

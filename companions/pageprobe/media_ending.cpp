@@ -10,7 +10,7 @@ namespace tollivar::probe {
 
 QString endingOfMedium(const QString &mediaType, const QString &address)
 {
-    const QString byType = fetch::typeForMedia(mediaType.toLatin1());
+    QString byType = fetch::typeForMedia(mediaType.toLatin1());
     if (!byType.isEmpty()) {
         return byType;
     }

@@ -16,7 +16,7 @@ using platform::failure;
 namespace {
 
 constexpr std::chrono::milliseconds kPageLimit{8'000};
-constexpr qsizetype kMaximumPage = 8 * 1024 * 1024;
+constexpr qsizetype kMaximumPage = 8LL * 1024 * 1024;
 constexpr std::size_t kReadSize = 64UL * 1024;
 
 bool isPage(const QByteArray &contentType)
@@ -29,7 +29,7 @@ bool isPage(const QByteArray &contentType)
 platform::Result<QByteArray> bodyOf(fetch::HttpClient &client)
 {
     QByteArray body;
-    std::array<std::byte, kReadSize> buffer;
+    std::array<std::byte, kReadSize> buffer = {};
     while (body.size() < kMaximumPage) {
         const fetch::ReadResult read = client.read(buffer);
         if (read.end == fetch::ReadEnd::Stopped) {

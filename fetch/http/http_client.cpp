@@ -20,11 +20,11 @@ using platform::Result;
 namespace {
 
 /// What the library may hand over beyond the caller's buffer before it is told to pause.
-constexpr std::size_t kOverflowLimit = 1024 * 1024;
+constexpr std::size_t kOverflowLimit = 1024UL * 1024;
 constexpr long kLibraryBuffer = 64L * 1024;
 constexpr long kMaximumRedirects = 20;
 constexpr int kPollMs = 1000;
-constexpr std::size_t kMaximumHeaderBytes = 1024 * 1024;
+constexpr std::size_t kMaximumHeaderBytes = 1024UL * 1024;
 
 struct FreeEasy {
     void operator()(CURL *easy) const { curl_easy_cleanup(easy); }
@@ -70,6 +70,8 @@ bool hasControlCharacter(QByteArrayView line)
 struct HttpClient::Private {
     explicit Private(AutoResetEvent &stopEvent) : stop(stopEvent) {}
     ~Private();
+    Private(const Private &) = delete;
+    Private &operator=(const Private &) = delete;
 
     Result<void> prepare(const HttpRequest &request);
     Result<void> setHeaders(const HttpRequest &request);
@@ -138,7 +140,7 @@ Result<void> HttpClient::Private::setHeaders(const HttpRequest &request)
 Result<void> HttpClient::Private::prepare(const HttpRequest &request)
 {
     setUpLibrary();
-    if (const auto set = setHeaders(request); !set) {
+    if (auto set = setHeaders(request); !set) {
         return set;
     }
     multi.reset(curl_multi_init());

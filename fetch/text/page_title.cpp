@@ -8,7 +8,7 @@ namespace tollivar::fetch {
 
 namespace {
 
-constexpr qsizetype kMaximumPageSize = 1024 * 1024;
+constexpr qsizetype kMaximumPageSize = 1024LL * 1024;
 constexpr QByteArrayView kWord("title");
 
 /// The name behind the page's first "charset", as far as it looks like one.

@@ -4,7 +4,6 @@ namespace tollivar::fetch {
 
 using platform::ErrorKind;
 using platform::exists;
-using platform::failure;
 using platform::Result;
 using platform::WhenThere;
 using platform::WritableFile;
