@@ -28,38 +28,62 @@ const Option *findOption(std::span<const Option> options, const QString &name)
 }
 
 /// Walks the arguments once: options go to their takers, the rest is handed back in order.
-Result<QStringList> readOptions(const QStringList &arguments, std::span<const Option> options)
-{
-    QStringList operands;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments[i];
-        if (argument == u"--") {
-            return operands + arguments.mid(i + 1);
+class OptionReader {
+public:
+    OptionReader(const QStringList &arguments, std::span<const Option> options)
+        : m_arguments(arguments)
+        , m_options(options)
+    {
+    }
+
+    [[nodiscard]] Result<QStringList> read()
+    {
+        QStringList operands;
+        for (; m_place < m_arguments.size(); ++m_place) {
+            const QString &argument = m_arguments[m_place];
+            if (argument == u"--") {
+                return operands + m_arguments.mid(m_place + 1);
+            }
+            if (!argument.startsWith(u'-') || argument == u"-") {
+                operands.append(argument);
+            } else if (const auto taken = takeOption(argument); !taken) {
+                return tl::unexpected(taken.error());
+            }
         }
-        if (!argument.startsWith(u'-') || argument == u"-") {
-            operands.append(argument);
-            continue;
-        }
+        return operands;
+    }
+
+private:
+    [[nodiscard]] Result<void> takeOption(const QString &argument)
+    {
         const qsizetype equals = argument.startsWith(u"--") ? argument.indexOf(u'=') : -1;
         const QString name = argument.left(equals);
-        const Option *const option = findOption(options, name);
+        const Option *const option = findOption(m_options, name);
         if (option == nullptr) {
             return failure(ErrorKind::AskUser, QStringLiteral("unknown option %1").arg(name));
         }
-        QString value = equals >= 0 ? argument.mid(equals + 1) : QString();
-        if (option->hasValue && equals < 0) {
-            if (++i == arguments.size()) {
-                return failure(ErrorKind::AskUser, QStringLiteral("%1 needs a value").arg(name));
-            }
-            value = arguments[i];
-        } else if (!option->hasValue && equals >= 0) {
-            return failure(ErrorKind::AskUser, QStringLiteral("%1 takes no value").arg(name));
+        if (!option->hasValue) {
+            return equals < 0
+                       ? option->take({})
+                       : failure(ErrorKind::AskUser, QStringLiteral("%1 takes no value").arg(name));
         }
-        if (const auto taken = option->take(value); !taken) {
-            return tl::unexpected(taken.error());
+        if (equals >= 0) {
+            return option->take(argument.mid(equals + 1));
         }
+        if (++m_place == m_arguments.size()) {
+            return failure(ErrorKind::AskUser, QStringLiteral("%1 needs a value").arg(name));
+        }
+        return option->take(m_arguments[m_place]);
     }
-    return operands;
+
+    const QStringList &m_arguments;
+    std::span<const Option> m_options;
+    qsizetype m_place = 0;
+};
+
+Result<QStringList> readOptions(const QStringList &arguments, std::span<const Option> options)
+{
+    return OptionReader(arguments, options).read();
 }
 
 Option jsonOption(CliOutput &output)
