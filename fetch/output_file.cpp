@@ -59,6 +59,9 @@ void OutputFile::flush()
 {
     if (m_isIntact) {
         m_isIntact = m_file->write(m_gathered);
+        if (!m_isIntact) {
+            qWarning("a downloaded file could not be written to its end");
+        }
     }
     m_gathered.clear();
 }

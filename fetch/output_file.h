@@ -32,8 +32,6 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
 
     void write(std::span<const std::byte> bytes);
-    /// False once a write has failed.
-    [[nodiscard]] bool isIntact() const { return m_isIntact; }
 
 private:
     explicit OutputFile(std::unique_ptr<platform::WritableFile> file);

@@ -1,5 +1,6 @@
 #include "fetch/speed_meter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -11,7 +12,8 @@ float percentHundredths(std::uint64_t done, std::uint64_t whole)
     if (whole == 0) {
         return static_cast<float>(kAll);
     }
-    return static_cast<float>(static_cast<double>(done) * kAll / static_cast<double>(whole));
+    return static_cast<float>(static_cast<double>(std::min(done, whole)) * kAll /
+                              static_cast<double>(whole));
 }
 
 double averageSpeed(std::uint64_t done, std::chrono::milliseconds elapsed)

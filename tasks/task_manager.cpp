@@ -214,6 +214,7 @@ StopOutcome TaskManager::stopTask(int row)
 
 void TaskManager::removeTask(int row, FileOnRemoval file)
 {
+    reapEndedThreads(); // A task whose run has ended is idle, whether or not another event came.
     const auto task = findAt(row);
     if (!task) {
         return;

@@ -161,7 +161,9 @@ Result<void> HttpClient::Private::prepare(const HttpRequest &request)
         return one * count;
     };
     CURL *const handle = easy.get();
-    curl_easy_setopt(handle, CURLOPT_URL, request.address.toUtf8().constData());
+    curl_easy_setopt(
+        handle, CURLOPT_URL,
+        QString(request.address).replace(u' ', QStringLiteral("%20")).toUtf8().constData());
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);

@@ -16,18 +16,26 @@ constexpr qsizetype kCounterBytes = 6;
 
 /// Programs, scripts, shortcuts, pages and office macros: what a double click would run or follow.
 constexpr std::array kDangerousTypes = {
-    u"action", u"apk",  u"app",     u"appimage", u"appref-ms", u"bash",   u"bat",      u"bin",
-    u"cmd",    u"com",  u"command", u"cpl",      u"csh",       u"deb",    u"desktop",  u"dll",
-    u"docm",   u"dotm", u"exe",     u"gadget",   u"hta",       u"htm",    u"html",     u"inf",
-    u"ins",    u"inx",  u"isp",     u"jar",      u"jnlp",      u"job",    u"js",       u"jse",
-    u"ksh",    u"lnk",  u"mht",     u"mhtml",    u"msc",       u"msi",    u"msp",      u"mst",
-    u"out",    u"paf",  u"php",     u"pif",      u"pl",        u"potm",   u"ppam",     u"ppsm",
-    u"pptm",   u"ps1",  u"psm1",    u"py",       u"pyc",       u"pyw",    u"rb",       u"reg",
-    u"rgs",    u"rpm",  u"run",     u"scf",      u"scr",       u"sct",    u"service",  u"sh",
-    u"shb",    u"shs",  u"sldm",    u"so",       u"svg",       u"svgz",   u"u3p",      u"url",
-    u"vb",     u"vbe",  u"vbs",     u"vbscript", u"website",   u"webloc", u"workflow", u"ws",
-    u"wsc",    u"wsf",  u"wsh",     u"xhtml",    u"xht",       u"xlam",   u"xlsm",     u"xltm",
-    u"xml",    u"xpi",  u"xsl",     u"zsh",
+    u"action",    u"apk",     u"app",        u"appimage", u"appinstaller", u"application",
+    u"appref-ms", u"appx",    u"bash",       u"bat",      u"bin",          u"chm",
+    u"class",     u"cmd",     u"com",        u"command",  u"cpl",          u"csh",
+    u"deb",       u"desktop", u"dll",        u"dmg",      u"docm",         u"dotm",
+    u"exe",       u"fish",    u"flatpakref", u"gadget",   u"hlp",          u"hta",
+    u"htm",       u"html",    u"img",        u"inf",      u"ins",          u"inx",
+    u"iso",       u"isp",     u"jar",        u"jnlp",     u"job",          u"js",
+    u"jse",       u"ksh",     u"library-ms", u"lnk",      u"lua",          u"mht",
+    u"mhtml",     u"msc",     u"msi",        u"msix",     u"msp",          u"mst",
+    u"ocx",       u"out",     u"paf",        u"php",      u"phtml",        u"pif",
+    u"pkg",       u"pl",      u"potm",       u"ppam",     u"ppsm",         u"pptm",
+    u"ps1",       u"ps1xml",  u"psd1",       u"psm1",     u"py",           u"pyc",
+    u"pyw",       u"pyz",     u"rb",         u"reg",      u"rgs",          u"rpm",
+    u"run",       u"scf",     u"scr",        u"sct",      u"service",      u"settingcontent-ms",
+    u"sh",        u"shb",     u"shs",        u"shtml",    u"sldm",         u"so",
+    u"svg",       u"svgz",    u"sys",        u"tcsh",     u"u3p",          u"url",
+    u"vb",        u"vbe",     u"vbs",        u"vbscript", u"vhd",          u"vhdx",
+    u"webloc",    u"website", u"workflow",   u"ws",       u"wsc",          u"wsf",
+    u"wsh",       u"xht",     u"xhtml",      u"xlam",     u"xll",          u"xlsb",
+    u"xlsm",      u"xltm",    u"xml",        u"xpi",      u"xsl",          u"zsh",
 };
 
 bool isLetterOrDigit(QChar character)

@@ -44,10 +44,11 @@ Result<UniqueFile> createUniqueFile(const QString &path, FileReuse reuse)
     QString candidate = path;
     QString baseName = parts.baseName;
     for (int counter = 0; counter < kMaximumNameTries; ++counter) {
-        const bool isTaken = reuse == FileReuse::No && exists(candidate);
-        if (!isTaken) {
-            auto file = WritableFile::create(
-                candidate, reuse == FileReuse::Yes ? WhenThere::Truncate : WhenThere::Refuse);
+        // Only the name that the task used before is its own; an alternative may be anybody's.
+        const bool isOwn = reuse == FileReuse::Yes && candidate == path;
+        if (isOwn || !exists(candidate)) {
+            auto file =
+                WritableFile::create(candidate, isOwn ? WhenThere::Truncate : WhenThere::Refuse);
             if (file) {
                 return UniqueFile{std::move(*file), candidate, baseName};
             }

@@ -15,6 +15,7 @@ TEST(SpeedMeter, countsPercentInHundredths)
     EXPECT_FLOAT_EQ(percentHundredths(101, 200), 5050.0F);
     EXPECT_FLOAT_EQ(percentHundredths(200, 200), 10'000.0F);
     EXPECT_FLOAT_EQ(percentHundredths(0, 0), 10'000.0F);
+    EXPECT_FLOAT_EQ(percentHundredths(300, 200), 10'000.0F);
 }
 
 TEST(SpeedMeter, theSpeedCountsWholeSecondsOnly)

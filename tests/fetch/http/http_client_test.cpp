@@ -90,6 +90,18 @@ TEST(HttpClient, aHeaderThatWouldAddAnotherIsRefused)
                                   stop));
 }
 
+TEST(HttpClient, aBlankInAnAddressIsEncoded)
+{
+    HttpSite site;
+    site.on("/my%20clip.mp4", test::answer("x"));
+    AutoResetEvent stop;
+
+    const auto client = HttpClient::open({.address = site.address("/my clip.mp4")}, stop);
+
+    ASSERT_TRUE(client);
+    EXPECT_EQ((*client)->statusCode(), 200);
+}
+
 TEST(HttpClient, followsRedirectsAndTellsWhereTheyLed)
 {
     HttpSite site;

@@ -54,13 +54,15 @@ TEST(UniqueFile, reuseDoesNotWriteThroughALink)
 {
     const Sandbox sandbox;
     sandbox.write(QStringLiteral("precious"), "keep");
+    sandbox.write(QStringLiteral("video(0).flv"), "somebody else's");
     ASSERT_TRUE(QFile::link(sandbox.file(QStringLiteral("precious")),
                             sandbox.file(QStringLiteral("video.flv"))));
 
     const auto file = createUniqueFile(sandbox.file(QStringLiteral("video.flv")), FileReuse::Yes);
 
     ASSERT_TRUE(file);
-    EXPECT_EQ(file->baseName, QStringLiteral("video(0)"));
+    EXPECT_EQ(file->baseName, QStringLiteral("video(1)"));
+    EXPECT_EQ(sandbox.read(QStringLiteral("video(0).flv")), QByteArray("somebody else's"));
     EXPECT_EQ(sandbox.read(QStringLiteral("precious")), QByteArray("keep"));
 }
 
