@@ -38,6 +38,22 @@ void checkStructure(CppSQLite3DB &database)
                                   reinterpret_cast<const char16_t *>(verdict.utf16()));
 }
 
+/// The statements are always the same, so one that is refused as wrong met a file that is.
+void checkFile(CppSQLite3DB &database)
+{
+    constexpr int genericError = 1;
+    try {
+        configure(database);
+        checkStructure(database);
+    } catch (const CppSQLite3Exception &error) {
+        if (error.errorCode() != genericError)
+            throw;
+        const QString detail = error.errorMessage();
+        throw CppSQLite3Exception(kSqliteCorrupt,
+                                  reinterpret_cast<const char16_t *>(detail.utf16()));
+    }
+}
+
 void checkWritable(CppSQLite3DB &database)
 {
     database.execDML(u"BEGIN IMMEDIATE"_s);
@@ -62,8 +78,7 @@ void connectToTasks(CppSQLite3DB &database, const QString &path,
     createPrivately(path);
     CppSQLite3DB opened;
     opened.open(path);
-    configure(opened);
-    checkStructure(opened);
+    checkFile(opened);
     checkWritable(opened);
     Transaction transaction(opened);
     const bool isNew = hasNoTable(opened);

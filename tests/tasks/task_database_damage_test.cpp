@@ -272,7 +272,8 @@ TEST(DamagedTaskDatabase, beginsAnewInAnEmptyFile)
 
 TEST(DamagedTaskDatabase, neverCrashesAndAlwaysEndsUsable)
 {
-    const unsigned seed = std::random_device()();
+    // Its rounds hold a schema format that no release knows, beside the common damages.
+    constexpr unsigned seed = 2'795'463'147;
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     TaskStore good;
