@@ -121,6 +121,9 @@ NetworkWatch::News NetworkWatch::takeRequest(const QString &id, const QJsonObjec
     exchange.request.sent = sentIn(sent[u"headers"].toObject());
     exchange.isGet = sent[u"method"].toString() == u"GET";
     m_underWay.insert(id);
+    if (const auto early = std::exchange(exchange.early, std::nullopt)) {
+        return takeResponse(id, *early);
+    }
     return News::Traffic;
 }
 
@@ -135,13 +138,18 @@ NetworkWatch::News NetworkWatch::takeWireHeaders(const QString &id, const QJsonO
 
 NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const Response &response)
 {
+    const bool isThere = response.status == 200 || response.status == 206;
+    if (isThere && m_exchanges[id].request.namedAddress.isEmpty()) {
+        // The wire's word may overtake the page's own; a busy page may never say more.
+        m_exchanges[id].early = response;
+        return News::Traffic;
+    }
     const auto found = m_exchanges.find(id);
     if (found == m_exchanges.end()) {
         return News::Traffic;
     }
     WatchedRequest &request = found->second.request;
     const QString address = response.address.isEmpty() ? request.address : response.address;
-    const bool isThere = response.status == 200 || response.status == 206;
     if (!found->second.isGet || !isThere || !isFetched(address) ||
         !isMedium(kindOf(response.mediaType, address))) {
         request.status = 0;

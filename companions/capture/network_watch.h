@@ -65,6 +65,8 @@ private:
         std::uint64_t order = 0;
         std::int64_t received = 0; ///< bytes of the body
         bool isGet = false;
+        /// An answer that came before its request was told of.
+        std::optional<Response> early{};
     };
 
     News takeRequest(const QString &id, const QJsonObject &event);
