@@ -34,3 +34,7 @@ set(TOLLIVAR_PRECOMPILED_HEADERS
     <algorithm> <atomic> <chrono> <condition_variable> <cstdint> <functional> <memory> <mutex>
     <optional> <span> <string> <thread> <utility> <variant> <vector>
     <tl/expected.hpp>)
+# What nearly every source that draws windows includes beside them.
+set(TOLLIVAR_PRECOMPILED_WINDOW_HEADERS
+    <QApplication> <QBoxLayout> <QEvent> <QHash> <QMouseEvent> <QPainter> <QPointer> <QToolButton>
+    <QWidget>)

@@ -2,13 +2,14 @@
 #     [PURE <source>...]        cases that touch no file, thread, process or socket
 #     [PART <source>...]        cases on one real part: database, server, browser, child process
 #     [WHOLE <source>...]       cases that run the built programs
-#     [LIBRARIES <target>...]   what they link beside the module and the test support)
+#     [LIBRARIES <target>...]   what they link beside the module and the test support
+#     [WINDOWS])                they draw windows: they run under a QApplication, off the screen
 #
 # One executable per size, so that the quick cases start without the slow ones' libraries;
 # every case is a CTest entry of its own, labelled with its size and its module.
 
 function(tollivar_test module)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "PURE;PART;WHOLE;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "WINDOWS" "" "PURE;PART;WHOLE;LIBRARIES")
     set(timeout_PURE 60)
     set(timeout_PART 120)
     set(timeout_WHOLE 300)
@@ -18,15 +19,21 @@ function(tollivar_test module)
         endif()
         string(TOLOWER ${size} label)
         set(target ${module}_${label}_test)
-        add_executable(${target} ${arg_${size}})
+        if(arg_WINDOWS)
+            set(support test_support_windows)
+            add_executable(${target} ${arg_${size}} ${CMAKE_SOURCE_DIR}/tests/support/windows_main.cpp)
+        else()
+            set(support test_support)
+            add_executable(${target} ${arg_${size}} ${CMAKE_SOURCE_DIR}/tests/support/main.cpp)
+        endif()
         set_target_properties(${target} PROPERTIES
             AUTOMOC ON
             RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-        target_link_libraries(${target} PRIVATE tollivar::test_support ${arg_LIBRARIES})
+        target_link_libraries(${target} PRIVATE tollivar::${support} ${arg_LIBRARIES})
         if(TARGET tollivar::${module})
             target_link_libraries(${target} PRIVATE tollivar::${module})
         endif()
-        target_precompile_headers(${target} REUSE_FROM tollivar_test_support)
+        target_precompile_headers(${target} REUSE_FROM tollivar_${support})
         gtest_discover_tests(${target}
             DISCOVERY_MODE PRE_TEST
             PROPERTIES TIMEOUT ${timeout_${size}})
