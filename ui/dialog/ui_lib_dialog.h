@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ui/dialog/hit_test.h"
+#include "ui/skin/dialog_builder.h"
+#include "ui/skin/paint_manager.h"
+#include "ui/skin/skin_event.h"
+
+#include <QDialog>
+#include <QString>
+
+#include <span>
+
+namespace tollivar::ui {
+
+/// A window whose whole face comes from a skin file: it has no frame, is dragged by its caption
+/// band, resized by its edges and clipped to round corners. Neither Enter nor Escape closes it, only
+/// what its code does on the skin's events.
+///
+/// A derived class lists its controls, calls createFace() in its constructor and handles events in
+/// Notify().
+///
+/// Threads: the main thread.
+/// Owns:    the paint manager and, through it, the controls.
+class CUILibDialog : public QDialog, public DuiLib::INotifyUI {
+    Q_OBJECT
+
+public:
+    ~CUILibDialog() override;
+
+    /// What a place of the window does when it is dragged.
+    [[nodiscard]] HitArea hitTestAt(QPoint position) const;
+
+protected:
+    explicit CUILibDialog(QWidget *owner, Qt::WindowFlags kind = Qt::Dialog);
+
+    /// Builds the face from a skin file and sends "windowinit".
+    void createFace(const QString &skinFile, std::span<const DuiLib::RequiredControl> required);
+    /// A control that was required with a fitting element.
+    template<typename Control>
+    [[nodiscard]] Control &control(QLatin1StringView name) const
+    {
+        return *qobject_cast<Control *>(m_manager.FindControl(QString(name)));
+    }
+    /// Puts a widget into a skin's placeholder; false when the skin has none of that name.
+    bool bindNativeChild(const QString &placeholder, QWidget &child);
+    [[nodiscard]] const DuiLib::CPaintManagerUI &paintManager() const { return m_manager; }
+
+    /// Fills the work area of the screen it is on, or comes back from it.
+    void toggleMaximised();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void clipCorners();
+    void fillWorkArea();
+
+    DuiLib::CPaintManagerUI m_manager;
+};
+
+} // namespace tollivar::ui

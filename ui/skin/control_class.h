@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QLatin1StringView>
+
+namespace tollivar::DuiLib {
+
+/// The property in which a control carries its class name; style sheets may select by it.
+inline constexpr auto kClassProperty = "skinClass";
+
+inline constexpr QLatin1StringView kButtonClass{"ButtonUI"};
+inline constexpr QLatin1StringView kOptionClass{"OptionUI"};
+inline constexpr QLatin1StringView kTextClass{"TextUI"};
+
+} // namespace tollivar::DuiLib

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QLabel>
+
+namespace tollivar::DuiLib {
+
+/// A text of a skin: "{b}bold{/b}" and "{a}link{/a}" are marked, everything else stands as it is,
+/// whatever it contains.
+///
+/// Threads: the main thread.
+class CTextUI final : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit CTextUI(QWidget *parent = nullptr);
+
+    void setMarkup(const QString &markup);
+    [[nodiscard]] QString markup() const { return m_markup; }
+    /// The colour of links, and their colour below the mouse.
+    void setLinkColors(QColor normal, QColor hovered);
+
+Q_SIGNALS:
+    void linkClicked();
+
+private:
+    void render();
+
+    QString m_markup;
+    QColor m_linkColor{0x2d, 0x73, 0xc4};
+    QColor m_hoverColor{0x1b, 0x55, 0x9a};
+    bool m_isHovered = false;
+};
+
+/// The markup as text that a label shows with marks; every other character is made harmless.
+[[nodiscard]] QString richText(const QString &markup, const QColor &linkColor, bool underlineLinks);
+/// The markup without its marks.
+[[nodiscard]] QString plainText(QString markup);
+
+} // namespace tollivar::DuiLib
