@@ -214,12 +214,27 @@ StopOutcome TaskManager::stopTask(int row)
 
 void TaskManager::removeTask(int row, FileOnRemoval file)
 {
+    removeTasks({row}, file);
+}
+
+void TaskManager::removeTasks(const std::vector<int> &rows, FileOnRemoval file)
+{
     reapEndedThreads(); // A task whose run has ended is idle, whether or not another event came.
-    const auto task = findAt(row);
-    if (!task) {
-        return;
-    }
-    TaskWorker &worker = *task->worker;
+    m_database.inTransaction([&] {
+        for (const int row : rows) {
+            if (const auto task = findAt(row)) {
+                discard(*task, file);
+                task->row = -1;
+            }
+        }
+    });
+    std::erase_if(m_rows, [](const std::shared_ptr<Task> &task) { return task->row < 0; });
+    renumberRows();
+}
+
+void TaskManager::discard(Task &task, FileOnRemoval file)
+{
+    TaskWorker &worker = *task.worker;
     if (worker.state() == TaskState::Completed) {
         --m_completedCount;
     }
@@ -227,14 +242,39 @@ void TaskManager::removeTask(int row, FileOnRemoval file)
     worker.setState(TaskState::Removed);
     worker.stopEvent().set();
     m_tasks.erase(worker.taskId());
-    hide(*task);
-    if (task->threadCount > 0) {
+    if (task.threadCount > 0) {
         return; // The last thread takes the worker along; the stored row stays.
     }
     if (file == FileOnRemoval::Delete) {
         deleteFileOf(worker.record());
     }
-    m_database.DeleteTask(task->storedRow);
+    m_database.DeleteTask(task.storedRow);
+}
+
+void TaskManager::renumberRows()
+{
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        m_rows[row]->row = static_cast<int>(row);
+    }
+}
+
+void TaskManager::sort(SortColumn column, SortDirection direction)
+{
+    std::vector<RowKey> keys;
+    keys.reserve(m_rows.size());
+    for (const auto &task : m_rows) {
+        keys.push_back(rowKey(*task->worker, column));
+    }
+    std::vector<std::shared_ptr<Task>> sorted;
+    sorted.reserve(m_rows.size());
+    for (const std::size_t place : sortedPlaces(keys, column, direction)) {
+        sorted.push_back(std::move(m_rows[place]));
+    }
+    m_rows = std::move(sorted);
+    renumberRows();
+    if (m_rowsChanged) {
+        m_rowsChanged();
+    }
 }
 
 EventOutcome TaskManager::onTaskEvent(std::uint64_t first, std::uint64_t /*second*/)
@@ -336,6 +376,39 @@ void TaskManager::setMaximumDownloads(int maximum)
 {
     m_slots.setMaximum(maximum);
     dispatch();
+}
+
+void TaskManager::setMaximumRetries(int retries)
+{
+    m_options.retry.maximumRetries = retries;
+    for (const auto &[id, task] : m_tasks) {
+        task->worker->setMaximumRetries(retries);
+    }
+}
+
+int TaskManager::unfinishedCount() const
+{
+    return static_cast<int>(m_tasks.size()) - m_completedCount;
+}
+
+int TaskManager::waitingCount() const
+{
+    return m_slots.count([this](std::uint32_t id) {
+        const auto task = find(id);
+        return task && task->worker->state() == TaskState::Waiting;
+    });
+}
+
+double TaskManager::totalSpeed() const
+{
+    double speed = 0;
+    for (const Run &run : m_runs) {
+        const TaskWorker &worker = *run.task->worker;
+        if (worker.state() == TaskState::Downloading) {
+            speed += worker.progress().bytesPerSecond;
+        }
+    }
+    return speed;
 }
 
 void TaskManager::reapEndedThreads()

@@ -3,6 +3,7 @@
 #include "platform/message_port.h"
 #include "tasks/api/task_worker.h"
 #include "tasks/retry_policy.h"
+#include "tasks/row_order.h"
 #include "tasks/slot_queue.h"
 #include "tasks/task_database.h"
 #include "tasks/task_transitions.h"
@@ -73,17 +74,25 @@ public:
     std::uint32_t addTask(const TaskInfo &record, TaskOrigin origin, RowId row = 0);
 
     void setFilter(TaskFilter filter);
+    [[nodiscard]] TaskFilter filter() const { return m_filter; }
+    /// Sorts the shown tasks once; later ones are added at the end, and another filter brings the
+    /// order of the ids back.
+    void sort(SortColumn column, SortDirection direction);
     StartOutcome startTask(int row, Placement placement);
     StopOutcome stopTask(int row);
     /// An idle task goes with its database row and, if asked, its file; of a running one only the
     /// partly written file goes, when its run has stopped.
     void removeTask(int row, FileOnRemoval file);
+    /// The same for many rows at once, given in rising order; one transaction.
+    void removeTasks(const std::vector<int> &rows, FileOnRemoval file);
 
     /// Takes one task event; see task_event.h for its two values.
     EventOutcome onTaskEvent(std::uint64_t first, std::uint64_t second);
 
     /// Gives one waiting task a slot if there is one now; the others follow as runs end.
     void setMaximumDownloads(int maximum);
+    /// Counts from the next failure on.
+    void setMaximumRetries(int retries);
 
     /// Lets go of threads that have ended.
     void reapEndedThreads();
@@ -100,7 +109,12 @@ public:
     [[nodiscard]] RowId storedRowOf(std::uint32_t id) const;
     [[nodiscard]] int visibleCount() const;
     [[nodiscard]] int completedCount() const { return m_completedCount; }
+    /// The tasks that are not completed.
+    [[nodiscard]] int unfinishedCount() const;
     [[nodiscard]] int runningCount() const { return m_slots.running(); }
+    [[nodiscard]] int waitingCount() const;
+    /// Of all runs together, in bytes per second.
+    [[nodiscard]] double totalSpeed() const;
     /// The ids of all tasks, in order.
     [[nodiscard]] std::vector<std::uint32_t> allTasks() const;
 
@@ -127,6 +141,9 @@ private:
     [[nodiscard]] std::shared_ptr<Task> find(std::uint32_t id) const;
     [[nodiscard]] std::shared_ptr<Task> findAt(int row) const;
     [[nodiscard]] bool isShown(const Task &task) const;
+    /// Takes a task out of the session, and an idle one out of the store; its row stays.
+    void discard(Task &task, FileOnRemoval file);
+    void renumberRows();
     void show(const std::shared_ptr<Task> &task);
     void hide(Task &task);
     void moveToEnd(const std::shared_ptr<Task> &task);

@@ -31,8 +31,10 @@ QString nameOf(const QFileInfo &file)
 } // namespace
 
 Languages::Languages(const settings::SettingsStore &settings, QString folder)
-    : m_settings(settings), m_folder(std::move(folder))
-{}
+    : m_settings(settings)
+    , m_folder(std::move(folder))
+{
+}
 
 void Languages::load()
 {
@@ -78,8 +80,7 @@ void Languages::readStrings()
 
 void Languages::readMenu(const MenuTable &menu)
 {
-    const auto values =
-        IniFile(m_paths.value(m_current)).readSection(QString(menu.section));
+    const auto values = IniFile(m_paths.value(m_current)).readSection(QString(menu.section));
     int position = 0;
     for (const MenuEntry &entry : menu.entries) {
         const QString key = menuKey(entry, position++);

@@ -49,7 +49,7 @@ private:
     QStringList m_names;
     QHash<QString, QString> m_paths; ///< by name
     QString m_current;
-    QHash<QString, QString> m_menuTexts; ///< by section and key
+    QHash<QString, QString> m_menuTexts;                       ///< by section and key
     mutable QHash<QString, QHash<QString, QString>> m_dialogs; ///< sections read so far
 };
 
