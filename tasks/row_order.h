@@ -1,29 +1,28 @@
 #pragma once
 
-#include "tasks/api/task_worker.h"
+#include "tasks/managed_task.h"
 
-#include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace tollivar::tasks {
 
-/// What the shown tasks can be sorted by; the columns of the list.
-enum class SortColumn : int { Number = 0, Name, Status, Speed, Type, Mode };
+/// What the shown tasks can be sorted by, by the number of the list's column.
+enum class SortColumn : int { Number = 0, Name = 1, Status = 2, Speed = 3, Type = 4, Mode = 5 };
 
-/// Descending is what a second click on a column asks for.
 enum class SortDirection : int { None = 0, Descending = 1, Ascending = 2 };
 
-/// What one task is sorted by. Of a column only one field counts.
-struct RowKey {
-    QString text{};
-    double number = 0;
+struct TaskOrder {
+    SortColumn column = SortColumn::Number;
+    SortDirection direction = SortDirection::None;
+
+    bool operator==(const TaskOrder &) const = default;
 };
 
-[[nodiscard]] RowKey rowKey(const TaskWorker &worker, SortColumn column);
-
-/// The old places in their new order. Equal keys keep their order in both directions; names are
-/// compared as people read them, without regard to case.
-[[nodiscard]] std::vector<std::size_t> sortedPlaces(const std::vector<RowKey> &keys,
-                                                    SortColumn column, SortDirection direction);
+/// Sorts tasks as their worker's record and state are now; equal ones keep their places, and None
+/// keeps all. Names and types go by the rules of the person's language, numbers within them by
+/// value; statuses from downloading over waiting, failed and stopped to completed. The values are
+/// read once each, so workers may change them meanwhile.
+void sortTasks(std::vector<std::shared_ptr<ManagedTask>> &tasks, TaskOrder order);
 
 } // namespace tollivar::tasks

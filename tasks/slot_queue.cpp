@@ -1,7 +1,5 @@
 #include "tasks/slot_queue.h"
 
-#include <unordered_set>
-
 namespace tollivar::tasks {
 
 std::optional<std::uint32_t>
@@ -15,17 +13,6 @@ SlotQueue::takeFirst(const std::function<bool(std::uint32_t id)> &stillWaits)
         }
     }
     return std::nullopt;
-}
-
-int SlotQueue::count(const std::function<bool(std::uint32_t id)> &stillWaits) const
-{
-    std::unordered_set<std::uint32_t> waiting;
-    for (const std::uint32_t id : m_waiting) {
-        if (stillWaits(id)) {
-            waiting.insert(id);
-        }
-    }
-    return static_cast<int>(waiting.size());
 }
 
 } // namespace tollivar::tasks

@@ -26,9 +26,6 @@ public:
     [[nodiscard]] std::optional<std::uint32_t>
     takeFirst(const std::function<bool(std::uint32_t id)> &stillWaits);
 
-    /// How many ids still wait; one that stands in the queue twice counts once.
-    [[nodiscard]] int count(const std::function<bool(std::uint32_t id)> &stillWaits) const;
-
 private:
     int m_maximum;
     int m_running = 0;

@@ -54,17 +54,21 @@ std::uint32_t TaskManager::addTask(const TaskInfo &record, TaskOrigin origin, Ro
     worker.setBrowserVersion(m_options.browserVersion);
     worker.setMaximumRetries(m_options.retry.maximumRetries);
     if (record.nCompletedStatus != 0) {
-        worker.setState(TaskState::Completed);
+        setState(worker, TaskState::Completed);
         ++m_completedCount;
     }
     task->storedRow = origin == TaskOrigin::New ? m_database.InsertTask(record) : row;
     worker.setOwner(m_events);
     // A completed task added while all are shown waits for the next rebuild of the list.
     const bool waitsForRebuild = m_filter == TaskFilter::All && record.nCompletedStatus != 0;
-    if (isShown(*task) && !waitsForRebuild) {
-        show(task);
+    const bool isShownNow = isShown(*task) && !waitsForRebuild;
+    if (isShownNow) {
+        m_rows.append(task);
     }
     m_tasks.emplace(id, std::move(task));
+    if (isShownNow) {
+        rowsChanged();
+    }
     return id;
 }
 
@@ -89,37 +93,33 @@ void TaskManager::setFilter(TaskFilter filter)
         return;
     }
     m_filter = filter;
-    for (const auto &task : m_rows) {
-        task->row = -1;
-    }
     m_rows.clear();
     for (const auto &[id, task] : m_tasks) {
         if (isShown(*task)) {
-            show(task);
+            m_rows.append(task);
         }
     }
+    rowsChanged();
+}
+
+void TaskManager::sort(SortColumn column, SortDirection direction)
+{
+    m_rows.sort({.column = column, .direction = direction});
+    rowsChanged();
+}
+
+void TaskManager::rowsChanged() const
+{
     if (m_rowsChanged) {
         m_rowsChanged();
     }
 }
 
-void TaskManager::show(const std::shared_ptr<Task> &task)
+void TaskManager::setState(TaskWorker &worker, TaskState state)
 {
-    task->row = static_cast<int>(m_rows.size());
-    m_rows.push_back(task);
-}
-
-void TaskManager::hide(Task &task)
-{
-    if (task.row < 0) {
-        return;
-    }
-    const auto place = m_rows.begin() + task.row;
-    for (auto later = place + 1; later != m_rows.end(); ++later) {
-        --(*later)->row;
-    }
-    task.row = -1;
-    m_rows.erase(place);
+    m_waitingCount -= worker.state() == TaskState::Waiting ? 1 : 0;
+    m_waitingCount += state == TaskState::Waiting ? 1 : 0;
+    worker.setState(state);
 }
 
 StartOutcome TaskManager::startTask(int row, Placement placement)
@@ -148,7 +148,7 @@ StartOutcome TaskManager::startTask(int row, Placement placement)
         launch(task);
         return StartOutcome::Started;
     case TaskAction::Enqueue:
-        worker.setState(next);
+        setState(worker, next);
         m_slots.enqueue(worker.taskId());
         return StartOutcome::Queued;
     case TaskAction::None:
@@ -158,7 +158,7 @@ StartOutcome TaskManager::startTask(int row, Placement placement)
     if (worker.state() != TaskState::Stopping) {
         return StartOutcome::NotStarted;
     }
-    worker.setState(next);
+    setState(worker, next);
     return StartOutcome::WillRestart;
 }
 
@@ -174,22 +174,24 @@ void TaskManager::reopenCompleted(const Task &task)
 
 void TaskManager::moveToEnd(const std::shared_ptr<Task> &task)
 {
-    hide(*task);
+    m_rows.remove(*task);
     m_tasks.erase(task->worker->taskId());
     const std::uint32_t id = m_nextId++;
     task->worker->setTaskId(id);
     m_tasks.emplace(id, task);
+    rowsChanged();
 }
 
 void TaskManager::launch(const std::shared_ptr<Task> &task)
 {
     m_slots.take();
-    task->worker->setState(TaskState::Started);
+    setState(*task->worker, TaskState::Started);
     ++task->threadCount;
     task->worker->stopEvent().reset();
     auto thread =
         std::make_unique<platform::WorkerThread>([worker = task->worker] { worker->run(); });
     thread->resume();
+    task->latestThread = thread.get();
     m_runs.push_back({std::move(thread), task});
 }
 
@@ -205,7 +207,7 @@ StopOutcome TaskManager::stopTask(int row)
     if (next == state) {
         return StopOutcome::Nothing;
     }
-    worker.setState(next);
+    setState(worker, next);
     if (action == TaskAction::SignalStop) {
         worker.stopEvent().set();
     }
@@ -214,67 +216,50 @@ StopOutcome TaskManager::stopTask(int row)
 
 void TaskManager::removeTask(int row, FileOnRemoval file)
 {
-    removeTasks({row}, file);
+    removeTasks(std::vector{row}, file);
 }
 
 void TaskManager::removeTasks(const std::vector<int> &rows, FileOnRemoval file)
 {
     reapEndedThreads(); // A task whose run has ended is idle, whether or not another event came.
+    std::vector<std::shared_ptr<Task>> leaving;
+    leaving.reserve(rows.size());
+    for (const int row : rows) {
+        const auto task = findAt(row);
+        if (task && task->worker->state() != TaskState::Removed) {
+            takeOut(*task, file);
+            leaving.push_back(task);
+        }
+    }
+    if (leaving.empty()) {
+        return;
+    }
+    m_rows.remove(leaving);
+    // The last thread of a running one takes its worker along; the stored row stays.
+    std::erase_if(leaving, [](const auto &task) { return task->threadCount > 0; });
+    if (file == FileOnRemoval::Delete) {
+        for (const auto &task : leaving) {
+            deleteFileOf(task->worker->record());
+        }
+    }
     m_database.inTransaction([&] {
-        for (const int row : rows) {
-            if (const auto task = findAt(row)) {
-                discard(*task, file);
-                task->row = -1;
-            }
+        for (const auto &task : leaving) {
+            m_database.DeleteTask(task->storedRow);
         }
     });
-    std::erase_if(m_rows, [](const std::shared_ptr<Task> &task) { return task->row < 0; });
-    renumberRows();
+    rowsChanged();
 }
 
-void TaskManager::discard(Task &task, FileOnRemoval file)
+void TaskManager::takeOut(Task &task, FileOnRemoval file)
 {
     TaskWorker &worker = *task.worker;
     if (worker.state() == TaskState::Completed) {
         --m_completedCount;
     }
     worker.setDeleteOnStop(file == FileOnRemoval::Delete);
-    worker.setState(TaskState::Removed);
+    setState(worker, TaskState::Removed);
     worker.stopEvent().set();
     m_tasks.erase(worker.taskId());
-    if (task.threadCount > 0) {
-        return; // The last thread takes the worker along; the stored row stays.
-    }
-    if (file == FileOnRemoval::Delete) {
-        deleteFileOf(worker.record());
-    }
-    m_database.DeleteTask(task.storedRow);
-}
-
-void TaskManager::renumberRows()
-{
-    for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        m_rows[row]->row = static_cast<int>(row);
-    }
-}
-
-void TaskManager::sort(SortColumn column, SortDirection direction)
-{
-    std::vector<RowKey> keys;
-    keys.reserve(m_rows.size());
-    for (const auto &task : m_rows) {
-        keys.push_back(rowKey(*task->worker, column));
-    }
-    std::vector<std::shared_ptr<Task>> sorted;
-    sorted.reserve(m_rows.size());
-    for (const std::size_t place : sortedPlaces(keys, column, direction)) {
-        sorted.push_back(std::move(m_rows[place]));
-    }
-    m_rows = std::move(sorted);
-    renumberRows();
-    if (m_rowsChanged) {
-        m_rowsChanged();
-    }
 }
 
 EventOutcome TaskManager::onTaskEvent(std::uint64_t first, std::uint64_t /*second*/)
@@ -315,13 +300,13 @@ void TaskManager::applyEnd(const std::shared_ptr<Task> &task, TaskEventCode code
     if (next == TaskState::Completed && state != next) {
         complete(task);
     } else if (hasFailed && isRunning(state)) {
-        worker.setState(TaskState::Failed);
+        setState(worker, TaskState::Failed);
         worker.setRetryAttempt(attempt);
         if (action == TaskAction::Launch) {
             retry(task, attempt);
         }
     } else if (next != state) {
-        worker.setState(next);
+        setState(worker, next);
     }
     if (action == TaskAction::Enqueue) {
         m_slots.enqueue(worker.taskId());
@@ -330,18 +315,16 @@ void TaskManager::applyEnd(const std::shared_ptr<Task> &task, TaskEventCode code
 
 void TaskManager::complete(const std::shared_ptr<Task> &task)
 {
-    task->worker->setState(TaskState::Completed);
+    setState(*task->worker, TaskState::Completed);
     ++m_completedCount;
     if (m_filter == TaskFilter::Downloading) {
-        hide(*task);
+        m_rows.remove(*task);
     } else if (m_filter == TaskFilter::Downloaded && task->row < 0) {
-        show(task);
+        m_rows.append(task);
     } else {
         return;
     }
-    if (m_rowsChanged) {
-        m_rowsChanged();
-    }
+    rowsChanged();
 }
 
 void TaskManager::retry(const std::shared_ptr<Task> &task, int attempt)
@@ -386,31 +369,6 @@ void TaskManager::setMaximumRetries(int retries)
     }
 }
 
-int TaskManager::unfinishedCount() const
-{
-    return static_cast<int>(m_tasks.size()) - m_completedCount;
-}
-
-int TaskManager::waitingCount() const
-{
-    return m_slots.count([this](std::uint32_t id) {
-        const auto task = find(id);
-        return task && task->worker->state() == TaskState::Waiting;
-    });
-}
-
-double TaskManager::totalSpeed() const
-{
-    double speed = 0;
-    for (const Run &run : m_runs) {
-        const TaskWorker &worker = *run.task->worker;
-        if (worker.state() == TaskState::Downloading) {
-            speed += worker.progress().bytesPerSecond;
-        }
-    }
-    return speed;
-}
-
 void TaskManager::reapEndedThreads()
 {
     for (auto run = m_runs.begin(); run != m_runs.end();) {
@@ -443,6 +401,7 @@ void TaskManager::shutDown()
     m_rows.clear();
     m_tasks.clear();
     m_runs.clear();
+    m_waitingCount = 0;
 }
 
 std::shared_ptr<TaskManager::Task> TaskManager::find(std::uint32_t id) const
@@ -453,7 +412,7 @@ std::shared_ptr<TaskManager::Task> TaskManager::find(std::uint32_t id) const
 
 std::shared_ptr<TaskManager::Task> TaskManager::findAt(int row) const
 {
-    return row >= 0 && row < visibleCount() ? m_rows[static_cast<std::size_t>(row)] : nullptr;
+    return m_rows.at(row);
 }
 
 TaskWorker *TaskManager::workerAt(int row) const
@@ -482,7 +441,32 @@ RowId TaskManager::storedRowOf(std::uint32_t id) const
 
 int TaskManager::visibleCount() const
 {
-    return static_cast<int>(m_rows.size());
+    return m_rows.count();
+}
+
+int TaskManager::unfinishedCount() const
+{
+    return static_cast<int>(m_tasks.size()) - m_completedCount;
+}
+
+double TaskManager::totalSpeed() const
+{
+    double sum = 0;
+    for (const Run &run : m_runs) {
+        const TaskWorker &worker = *run.task->worker;
+        // A retry may begin before the thread of the failed run is reaped.
+        const bool isLatest = run.task->latestThread == run.thread.get();
+        if (isLatest && worker.state() == TaskState::Downloading) {
+            sum += worker.progress().bytesPerSecond;
+        }
+    }
+    return sum;
+}
+
+bool TaskManager::isCompletedAt(int row) const
+{
+    const auto task = findAt(row);
+    return task && task->worker->state() == TaskState::Completed;
 }
 
 std::vector<std::uint32_t> TaskManager::allTasks() const

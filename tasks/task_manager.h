@@ -3,10 +3,10 @@
 #include "platform/message_port.h"
 #include "tasks/api/task_worker.h"
 #include "tasks/retry_policy.h"
-#include "tasks/row_order.h"
 #include "tasks/slot_queue.h"
 #include "tasks/task_database.h"
 #include "tasks/task_transitions.h"
+#include "tasks/visible_rows.h"
 
 #include <cstdint>
 #include <functional>
@@ -14,10 +14,6 @@
 #include <map>
 #include <memory>
 #include <vector>
-
-namespace tollivar::platform {
-class WorkerThread;
-}
 
 namespace tollivar::tasks {
 
@@ -73,17 +69,19 @@ public:
     /// is shown at once only among the downloaded ones.
     std::uint32_t addTask(const TaskInfo &record, TaskOrigin origin, RowId row = 0);
 
+    /// Shows the tasks of another filter, in the order of their ids. The same one changes nothing.
     void setFilter(TaskFilter filter);
     [[nodiscard]] TaskFilter filter() const { return m_filter; }
-    /// Sorts the shown tasks once; later ones are added at the end, and another filter brings the
-    /// order of the ids back.
+    /// Sorts the shown tasks once: those that are shown later stand at the end.
     void sort(SortColumn column, SortDirection direction);
+    /// How the shown tasks were sorted last; direction None since a filter was chosen.
+    [[nodiscard]] TaskOrder order() const { return m_rows.order(); }
     StartOutcome startTask(int row, Placement placement);
     StopOutcome stopTask(int row);
     /// An idle task goes with its database row and, if asked, its file; of a running one only the
     /// partly written file goes, when its run has stopped.
     void removeTask(int row, FileOnRemoval file);
-    /// The same for many rows at once, given in rising order; one transaction.
+    /// The same for many tasks, in one transaction; the rows are those before the call.
     void removeTasks(const std::vector<int> &rows, FileOnRemoval file);
 
     /// Takes one task event; see task_event.h for its two values.
@@ -109,12 +107,15 @@ public:
     [[nodiscard]] RowId storedRowOf(std::uint32_t id) const;
     [[nodiscard]] int visibleCount() const;
     [[nodiscard]] int completedCount() const { return m_completedCount; }
-    /// The tasks that are not completed.
+    /// Tasks that are not completed, whatever they do.
     [[nodiscard]] int unfinishedCount() const;
+    /// Tasks that wait for a slot.
+    [[nodiscard]] int waitingCount() const { return m_waitingCount; }
     [[nodiscard]] int runningCount() const { return m_slots.running(); }
-    [[nodiscard]] int waitingCount() const;
-    /// Of all runs together, in bytes per second.
+    /// Of all downloads together, in bytes per second; takes time with the running tasks only.
     [[nodiscard]] double totalSpeed() const;
+    /// False when there is no such row.
+    [[nodiscard]] bool isCompletedAt(int row) const;
     /// The ids of all tasks, in order.
     [[nodiscard]] std::vector<std::uint32_t> allTasks() const;
 
@@ -123,16 +124,12 @@ public:
     void updateNumber(std::uint32_t id, NumberColumn column, std::int32_t value,
                       Durability durability = Durability::Durable);
 
-    /// Called when the shown rows are others than before.
+    /// Called when the shown rows are others than before, or stand in another order; once for each
+    /// command, however many rows it changed.
     void onRowsChanged(std::function<void()> handler);
 
 private:
-    struct Task {
-        std::shared_ptr<TaskWorker> worker;
-        RowId storedRow = 0;
-        int row = -1;        ///< -1 when not shown
-        int threadCount = 0; ///< threads that were started for it and not yet reaped
-    };
+    using Task = ManagedTask;
     struct Run {
         std::unique_ptr<platform::WorkerThread> thread;
         std::shared_ptr<Task> task;
@@ -141,11 +138,9 @@ private:
     [[nodiscard]] std::shared_ptr<Task> find(std::uint32_t id) const;
     [[nodiscard]] std::shared_ptr<Task> findAt(int row) const;
     [[nodiscard]] bool isShown(const Task &task) const;
-    /// Takes a task out of the session, and an idle one out of the store; its row stays.
-    void discard(Task &task, FileOnRemoval file);
-    void renumberRows();
-    void show(const std::shared_ptr<Task> &task);
-    void hide(Task &task);
+    void rowsChanged() const;
+    void setState(TaskWorker &worker, TaskState state);
+    void takeOut(Task &task, FileOnRemoval file);
     void moveToEnd(const std::shared_ptr<Task> &task);
     void reopenCompleted(const Task &task);
     void launch(const std::shared_ptr<Task> &task);
@@ -160,9 +155,10 @@ private:
     TaskManagerOptions m_options;
     TaskFilter m_filter = TaskFilter::None;
     int m_completedCount = 0;
+    int m_waitingCount = 0;
     std::uint32_t m_nextId = 0;
     std::map<std::uint32_t, std::shared_ptr<Task>> m_tasks;
-    std::vector<std::shared_ptr<Task>> m_rows;
+    VisibleRows m_rows;
     std::list<Run> m_runs;
     SlotQueue m_slots;
     std::function<void()> m_rowsChanged;

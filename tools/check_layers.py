@@ -18,7 +18,7 @@ OUTSIDE = {
     r"^librtmp/": "PkgConfig::RTMP",
     r"^xcb/": "PkgConfig::XCB",
     r"^zip\.h$": "PkgConfig::ZIP",
-    r"^(QLocal|QTcp|QUdp|QHost|QNetwork|QSsl|QAbstractSocket)": "Qt6::Network",
+    r"^(QLocalServer|QLocalSocket|QTcp|QUdp|QHost|QNetwork|QSsl|QAbstractSocket)": "Qt6::Network",
     r"^QDBus": "Qt6::DBus",
     r"^(QWidget|QApplication|QDialog|QMainWindow|QPushButton|QStyle|QTableView)": "Qt6::Widgets",
     r"^(QGui|QPainter|QImage|QPixmap|QWindow|QClipboard|QIcon|QFont)": "Qt6::Gui",

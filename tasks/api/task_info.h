@@ -51,6 +51,12 @@ struct TaskInfo {
     {
         return strOutputFolder + strOutputName + strFileType;
     }
+
+    /// True when a run made the file and all of it came, whatever the task's state says.
+    [[nodiscard]] bool isFileComplete() const
+    {
+        return bFileCreated != 0 && dwSize <= dwDownloadSize;
+    }
 };
 
 } // namespace tollivar::tasks
