@@ -124,7 +124,16 @@ void TaskManager::setState(TaskWorker &worker, TaskState state)
 
 StartOutcome TaskManager::startTask(int row, Placement placement)
 {
-    const auto task = findAt(row);
+    return startTask(findAt(row), placement);
+}
+
+StartOutcome TaskManager::start(std::uint32_t id)
+{
+    return startTask(find(id), Placement::Keep);
+}
+
+StartOutcome TaskManager::startTask(const std::shared_ptr<Task> &task, Placement placement)
+{
     if (!task) {
         return StartOutcome::NotStarted;
     }

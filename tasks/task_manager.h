@@ -77,6 +77,8 @@ public:
     /// How the shown tasks were sorted last; direction None since a filter was chosen.
     [[nodiscard]] TaskOrder order() const { return m_rows.order(); }
     StartOutcome startTask(int row, Placement placement);
+    /// The same for a task that need not be shown; an unknown id is not started.
+    StartOutcome start(std::uint32_t id);
     StopOutcome stopTask(int row);
     /// An idle task goes with its database row and, if asked, its file; of a running one only the
     /// partly written file goes, when its run has stopped.
@@ -141,6 +143,7 @@ private:
     void rowsChanged() const;
     void setState(TaskWorker &worker, TaskState state);
     void takeOut(Task &task, FileOnRemoval file);
+    StartOutcome startTask(const std::shared_ptr<Task> &task, Placement placement);
     void moveToEnd(const std::shared_ptr<Task> &task);
     void reopenCompleted(const Task &task);
     void launch(const std::shared_ptr<Task> &task);

@@ -4,11 +4,11 @@
 #include "app/cli/standard_streams.h"
 #include "app/cli/task_session.h"
 #include "app/data_directory.h"
+#include "app/manager_options.h"
 #include "app/task_request.h"
 #include "platform/local_messages.h"
 #include "platform/single_instance.h"
-#include "settings/general_options.h"
-#include "settings/options_manager.h"
+#include "settings/settings_store.h"
 
 #include <QDir>
 
@@ -20,18 +20,6 @@ using platform::Result;
 namespace {
 
 constexpr std::chrono::milliseconds kHandOverLimit{3'000};
-
-tasks::TaskManagerOptions managerOptions(const settings::SettingsStore &store)
-{
-    settings::COptionsManager options(store);
-    options.LoadAll();
-    const auto &general = dynamic_cast<const settings::CGeneralOptions &>(
-        *options.Get(settings::COptionsManager::kGeneral));
-    // Without a slot nothing would ever run, and nobody is there to raise the number.
-    return {.maximumDownloads = std::max(general.m_nMaxSimDownloads, 1),
-            .retry = {.maximumRetries = general.m_nMaxRetry,
-                      .switchesMode = general.m_bAutoParseOriUrl}};
-}
 
 /// The engine on the person's own data; null with the reason told.
 std::unique_ptr<Engine> openEngine(const DataPaths &paths)

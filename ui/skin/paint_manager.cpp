@@ -9,6 +9,13 @@
 #include <QPointer>
 #include <QVariant>
 
+// The linker leaves out what a static library does not ask for by name; the macro only works outside
+// of every namespace.
+static void useBuiltInSkin()
+{
+    Q_INIT_RESOURCE(default_skin);
+}
+
 namespace tollivar::DuiLib {
 
 namespace {
@@ -38,8 +45,7 @@ void use(const QString &place, const platform::Result<SkinSource> &source)
 
 void CPaintManagerUI::SetInstance()
 {
-    // The linker leaves out what a static library does not ask for by name.
-    Q_INIT_RESOURCE(default_skin);
+    useBuiltInSkin();
     sharedSkin() = SharedSkin();
     applyLook(sharedSkin().sources);
 }

@@ -1,0 +1,124 @@
+#include "app/window/tollivar_app.h"
+
+#include "app/engine.h"
+#include "app/manager_options.h"
+#include "app/second_start.h"
+#include "app/window/program.h"
+#include "platform/build_config.h"
+#include "platform/paths.h"
+#include "ui/skin/paint_manager.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace tollivar::app {
+
+using namespace Qt::StringLiterals;
+using DuiLib::CPaintManagerUI;
+using platform::ErrorKind;
+
+namespace {
+
+const QString kProgramName = platform::build::kProductName;
+
+void warn(const QString &text)
+{
+    QMessageBox::warning(nullptr, kProgramName, text);
+}
+
+/// The archive wins when both are there; with neither, the program's own look stays.
+void chooseSkin()
+{
+    CPaintManagerUI::SetInstance();
+    const QString skins = platform::programDirectory() + u"/skins"_s;
+    if (QFileInfo::exists(skins + u"/default.zip"_s)) {
+        CPaintManagerUI::SetResourceZip(skins + u"/default.zip"_s);
+    } else {
+        CPaintManagerUI::SetResourcePath(skins + u"/default"_s);
+    }
+}
+
+/// The stored tasks, once nobody else works with them; null when the person gives up.
+std::unique_ptr<Engine> openEngine(const DataPaths &paths, const EngineOptions &options)
+{
+    for (;;) {
+        auto engine = Engine::create(options);
+        if (engine) {
+            return std::move(*engine);
+        }
+        if (engine.error().kind != ErrorKind::TryAgain) {
+            warn(engine.error().text);
+            return nullptr;
+        }
+        const auto answer = QMessageBox::question(
+            nullptr, kProgramName,
+            u"A tollivar-cli works with the tasks in %1. Try again?"_s.arg(paths.directory),
+            QMessageBox::Retry | QMessageBox::Cancel);
+        if (answer != QMessageBox::Retry) {
+            return nullptr;
+        }
+    }
+}
+
+} // namespace
+
+struct CTollivarApp::Private {
+    QStringList arguments;
+    std::unique_ptr<platform::FileLock> claim;
+};
+
+CTollivarApp::CTollivarApp(QStringList arguments) : d(std::make_unique<Private>())
+{
+    d->arguments = std::move(arguments);
+}
+
+CTollivarApp::~CTollivarApp() = default;
+
+bool CTollivarApp::InitInstance()
+{
+    // Everything that is named relatively lies beside the executable.
+    QDir::setCurrent(platform::programDirectory());
+    const auto located = locateData();
+    if (!located) {
+        warn(located.error().text);
+        return false;
+    }
+    auto check = checkSingleInstance(platform::instancePlace(located->directory), d->arguments);
+    if (check.outcome == StartOutcome::End) {
+        return false;
+    }
+    d->claim = std::move(check.claim);
+    chooseSkin();
+    const auto paths = setUpData();
+    if (!paths) {
+        warn(paths.error().text);
+        return false;
+    }
+    runMainWindow(*paths);
+    return false;
+}
+
+void CTollivarApp::runMainWindow(const DataPaths &paths)
+{
+    const settings::SettingsStore settings(paths.settings);
+    const auto engine = openEngine(paths, {.databasePath = paths.tasks,
+                                           .legacyListPath = paths.legacyTasks,
+                                           .manager = managerOptions(settings),
+                                           .notifier = warn});
+    if (!engine) {
+        return;
+    }
+    Program program(*engine, settings, paths);
+    program.start(d->arguments);
+    QApplication::exec();
+    program.shutDown();
+}
+
+void CTollivarApp::ExitInstance()
+{
+    d->claim.reset();
+}
+
+} // namespace tollivar::app

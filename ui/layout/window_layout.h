@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace tollivar::ui {
+
+/// Places of windows and their controls in "layout.ini" beside the program, for whoever designs a
+/// window: one section for each, the window's rectangle under the section's own name.
+///
+/// Threads: the main thread.
+
+/// What the program does with stored layouts; only Restore reads them.
+enum class LayoutMode : int { Ignore = 0, Restore = 2 };
+void setLayoutMode(LayoutMode mode);
+
+/// Writes rectangle and font of the window and of every named control of it.
+/// A file that cannot be written stays as it was.
+void saveLayout(const QWidget &window, const QString &section);
+
+/// Gives the window the stored size, and its controls theirs, while the mode is Restore. Entries
+/// that are missing, malformed or absurd are passed over.
+void restoreLayout(QWidget &window, const QString &section);
+
+} // namespace tollivar::ui

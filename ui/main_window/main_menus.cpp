@@ -1,0 +1,90 @@
+#include "ui/main_window/main_menus.h"
+
+#include <QAction>
+#include <QActionGroup>
+
+namespace tollivar::ui {
+
+using language::MenuEntry;
+using namespace Qt::StringLiterals;
+
+MainMenus::MainMenus(const WindowTexts &texts, const Command &command) : m_texts(texts)
+{
+    fill(m_help, language::helpMenu(), command);
+    fill(m_list, language::listMenu(), command);
+    fill(m_tray, language::trayMenu(), command);
+}
+
+void MainMenus::fill(QMenu &menu, const language::MenuTable &table, const Command &command)
+{
+    for (const MenuEntry &entry : table.entries) {
+        switch (entry.kind) {
+        case MenuEntry::Kind::Separator:
+            menu.addSeparator();
+            break;
+        case MenuEntry::Kind::Popup: {
+            QMenu *popup = menu.addMenu(entry.english.toString());
+            QObject::connect(popup, &QMenu::aboutToShow, popup,
+                             [this, popup] { fillLanguages(*popup); });
+            break;
+        }
+        case MenuEntry::Kind::Command: {
+            QAction *action = menu.addAction(entry.english.toString());
+            action->setData(entry.command);
+            QObject::connect(action, &QAction::triggered, action,
+                             [command, number = entry.command] { command(number); });
+            break;
+        }
+        }
+    }
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
+                     [this, &menu, &table] { rename(menu, table); });
+}
+
+void MainMenus::rename(QMenu &menu, const language::MenuTable &table) const
+{
+    const auto actions = menu.actions();
+    for (int position = 0; position < actions.size(); ++position) {
+        const MenuEntry &entry = table.entries[static_cast<std::size_t>(position)];
+        if (entry.kind == MenuEntry::Kind::Separator) {
+            continue;
+        }
+        QString text = m_texts.menu(table.section.toString(), language::menuKey(entry, position));
+        if (text.isEmpty()) {
+            text = entry.kind == MenuEntry::Kind::Popup ? m_texts.text(u"strLanguage"_s)
+                                                        : entry.english.toString();
+        }
+        actions[position]->setText(text.replace(u'&', u"&&"_s));
+    }
+}
+
+void MainMenus::fillLanguages(QMenu &popup) const
+{
+    popup.clear();
+    auto *group = new QActionGroup(&popup);
+    const QStringList names = m_texts.languages();
+    for (const QString &name : names) {
+        QAction *action = popup.addAction(QString(name).replace(u'&', u"&&"_s));
+        action->setCheckable(true);
+        action->setChecked(name == m_texts.currentLanguage());
+        group->addAction(action);
+        QObject::connect(action, &QAction::triggered, action,
+                         [this, name] { m_texts.applyLanguage(name); });
+    }
+    popup.setEnabled(!names.isEmpty());
+}
+
+QAction *MainMenus::action(int command) const
+{
+    for (const QMenu *menu : {&m_help, &m_list, &m_tray}) {
+        const auto actions = menu->actions();
+        for (QAction *action : actions) {
+            if (action->data().toInt() == command) {
+                return action;
+            }
+        }
+    }
+    return nullptr;
+}
+
+} // namespace tollivar::ui

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "tasks/task_manager.h"
+
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+namespace tollivar::ui {
+
+/// An answer to a question of a command.
+enum class Answer { Yes, No, Cancel };
+
+/// The rows of the task list that commands work on: which are chosen, and what has to be drawn anew.
+///
+/// Threads: the main thread.
+class TaskRows {
+public:
+    TaskRows() = default;
+    virtual ~TaskRows() = default;
+    TaskRows(const TaskRows &) = delete;
+    TaskRows &operator=(const TaskRows &) = delete;
+
+    /// In rising order.
+    [[nodiscard]] virtual std::vector<int> selectedRows() const = 0;
+    /// Chooses these rows and brings them into view.
+    virtual void selectRows(const std::vector<int> &rows) = 0;
+    virtual void redrawRow(int row) = 0;
+    /// The rows are others than before.
+    virtual void refreshRows() = 0;
+};
+
+/// What the buttons of the main window do to tasks.
+///
+/// Threads: the main thread.
+/// Owns:    nothing; manager and rows must outlive it.
+class TaskCommands {
+public:
+    TaskCommands(tasks::TaskManager &manager, TaskRows &rows) : m_manager(manager), m_rows(rows) {}
+
+    /// Starts the selected tasks. Asks once, at the first completed one, whether these start again;
+    /// Cancel starts nothing at all. From the downloaded tasks the view goes to those being
+    /// downloaded, where the restarted ones are selected. True when the filter has changed.
+    bool startSelected(const std::function<Answer()> &askForCompleted);
+    void stopSelected();
+    /// Removes the selected tasks.
+    void removeSelected(tasks::FileOnRemoval files);
+    /// Shows the downloaded tasks and removes them, without their files.
+    void clearCompleted();
+
+private:
+    [[nodiscard]] bool isCompleted(int row) const;
+    void removeRows(std::vector<int> rows, tasks::FileOnRemoval files);
+
+    tasks::TaskManager &m_manager;
+    TaskRows &m_rows;
+};
+
+} // namespace tollivar::ui

@@ -1,0 +1,711 @@
+#include "ui/main_window/tollivar_dlg.h"
+
+#include "app/language/menu_tables.h"
+#include "fetch/text/file_naming.h"
+#include "platform/build_config.h"
+#include "platform/file_ops.h"
+#include "settings/general_options.h"
+#include "ui/dialogs/about_dlg.h"
+#include "ui/dialogs/add_task_dlg.h"
+#include "ui/dialogs/confirm_delete_dlg.h"
+#include "ui/main_window/caption_texts.h"
+#include "ui/main_window/main_menus.h"
+#include "ui/skin/text_ui.h"
+
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QShortcut>
+#include <QTimer>
+#include <QToolButton>
+
+#include <array>
+
+namespace tollivar::ui {
+
+using namespace Qt::StringLiterals;
+using DuiLib::RequiredControl;
+using platform::AppMessageId;
+using tasks::TaskEventCode;
+using tasks::TaskFilter;
+
+namespace {
+
+constexpr std::array kControls = {
+    RequiredControl{"Button"_L1, "btnClose"_L1},
+    RequiredControl{"Button"_L1, "btnMax"_L1},
+    RequiredControl{"Button"_L1, "btnRestore"_L1},
+    RequiredControl{"Button"_L1, "btnMin"_L1},
+    RequiredControl{"Option"_L1, "btnAll"_L1},
+    RequiredControl{"Option"_L1, "btnDownloading"_L1},
+    RequiredControl{"Option"_L1, "btnDownloaded"_L1},
+    RequiredControl{"Button"_L1, "btnHome"_L1},
+    RequiredControl{"Button"_L1, "btnMenu"_L1},
+    RequiredControl{"Text"_L1, "textCaption"_L1},
+    RequiredControl{"Text"_L1, "tCopyright"_L1},
+    RequiredControl{"WindowCtrl"_L1, "wndDownloadList"_L1},
+    RequiredControl{"Label"_L1, "ctrlhide"_L1},
+    RequiredControl{"HorizontalLayout"_L1, "layoutHome"_L1},
+    RequiredControl{"Button"_L1, "btnAddUrl"_L1},
+    RequiredControl{"Button"_L1, "btnBrowser"_L1},
+    RequiredControl{"Button"_L1, "btnPlayer"_L1},
+    RequiredControl{"Button"_L1, "btnStart"_L1},
+    RequiredControl{"Button"_L1, "btnStop"_L1},
+    RequiredControl{"Button"_L1, "btnRemove"_L1},
+    RequiredControl{"Button"_L1, "btnClearAll"_L1},
+    RequiredControl{"Button"_L1, "btnExit"_L1},
+};
+
+/// How often the line below the list counts anew while something runs.
+constexpr std::chrono::milliseconds kTotalsInterval{500};
+
+const QString kProgram = platform::build::kProductName;
+
+QToolButton &button(const CTollivarDlg &window, QLatin1StringView name)
+{
+    return *window.findChild<QToolButton *>(QString(name));
+}
+
+/// The address in dropped or pasted data; nothing for files and for what is no text.
+QString addressIn(const QMimeData &data)
+{
+    const auto addresses = data.urls();
+    for (const QUrl &address : addresses) {
+        if (address.isLocalFile()) {
+            return {};
+        }
+    }
+    if (!addresses.isEmpty()) {
+        return addresses.front().toString();
+    }
+    return data.text().section(u'\n', 0, 0).trimmed();
+}
+
+} // namespace
+
+CTollivarDlg::CTollivarDlg(const WindowServices &services)
+    : CUILibDialog(nullptr, Qt::Window)
+    , m_services(services)
+    , m_commands(services.manager, *this)
+    , m_inbox([this](const platform::AppMessage &message) { handle(message); })
+{
+    setWindowTitle(kProgram);
+    setWindowIcon(QIcon(DuiLib::CPaintManagerUI::imagePath(u"img/logo.svg"_s)));
+    setAcceptDrops(true);
+    createFace(u"AppTollivar.xml"_s, kControls);
+    setMinimumSize(paintManager().GetMinInfo());
+    bindList();
+    m_menus =
+        std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
+    bindTray();
+    bindKeys();
+    m_totals = new QTimer(this);
+    connect(m_totals, &QTimer::timeout, this, &CTollivarDlg::refreshTotals);
+    m_totals->start(kTotalsInterval);
+    applyLanguage();
+    showFlashNote();
+}
+
+CTollivarDlg::~CTollivarDlg() = default;
+
+platform::AppMessagePort CTollivarDlg::port() const
+{
+    return m_inbox.port();
+}
+
+QString CTollivarDlg::text(const char16_t *id) const
+{
+    return m_services.texts.text(QString::fromUtf16(id));
+}
+
+void CTollivarDlg::bindList()
+{
+    m_list = new CListCtrlEx(m_services.texts.text);
+    m_list->setObjectName(u"taskList"_s);
+    bindNativeChild(u"wndDownloadList"_s, *m_list);
+    m_list->attach(&m_services.manager);
+    applyOptions();
+    m_services.manager.onRowsChanged([this] { m_list->refreshRows(); });
+    connect(m_list, &CListCtrlEx::addWanted, this, [this] { openAddTask({}); });
+    connect(m_list, &CListCtrlEx::removeWanted, this, &CTollivarDlg::removeSelected);
+    connect(m_list, &CListCtrlEx::toggleWanted, this, [this] {
+        const auto chosen = m_list->selectedRows();
+        const bool anyRuns = std::any_of(chosen.begin(), chosen.end(), [this](int row) {
+            const auto *worker = m_services.manager.workerAt(row);
+            return worker != nullptr && (tasks::isRunning(worker->state()) ||
+                                         worker->state() == tasks::TaskState::Waiting);
+        });
+        anyRuns ? m_commands.stopSelected() : startSelected();
+    });
+    connect(m_list, &CListCtrlEx::activated, this, &CTollivarDlg::playSelected);
+    connect(m_list, &CListCtrlEx::menuWanted, this,
+            [this](QPoint place) { m_menus->list().popup(place); });
+}
+
+void CTollivarDlg::bindTray()
+{
+    m_tray = std::make_unique<TrayIcon>(m_menus->tray());
+    connect(m_tray.get(), &TrayIcon::doubleClicked, this, &CTollivarDlg::toggleWindow);
+}
+
+void CTollivarDlg::bindKeys()
+{
+    const auto bind = [this](const QKeySequence &keys, auto action) {
+        auto *shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, this, action);
+    };
+    bind(QKeySequence::New, [this] { openAddTask({}); });
+    bind(QKeySequence::Paste,
+         [this] { offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData())); });
+    bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
+    bind(QKeySequence(Qt::Key_F6), [this] { m_commands.stopSelected(); });
+    bind(QKeySequence::Quit, [this] { Q_EMIT exitWanted(); });
+    bind(QKeySequence(Qt::Key_F10), [this] { handleClick(u"btnMenu"_s); });
+}
+
+void CTollivarDlg::applyOptions()
+{
+    const auto *options = dynamic_cast<const settings::CGeneralOptions *>(
+        m_services.options.Get(settings::COptionsManager::kGeneral));
+    if (options != nullptr) {
+        m_list->setRetrySetting(options->m_nMaxRetry);
+        m_minimisesAfterCapture = options->m_bMinimizeDragTask;
+    }
+}
+
+void CTollivarDlg::applyLanguage()
+{
+    struct Named {
+        QLatin1StringView control;
+        const char16_t *text;
+        const char16_t *tip;
+    };
+    static constexpr std::array kNamed = {
+        Named{"btnAddUrl"_L1, u"strBtnAddUrl", u"strTipAddFile"},
+        Named{"btnBrowser"_L1, u"strBtnBrowser", u"strTipBrowser"},
+        Named{"btnPlayer"_L1, u"strBtnPlayer", u"strTipPlay"},
+        Named{"btnStart"_L1, u"strBtnStart", u"strTipStartTask"},
+        Named{"btnStop"_L1, u"strBtnStop", u"strTipStopTask"},
+        Named{"btnRemove"_L1, u"strBtnRemove", u"strTipRemoveTask"},
+        Named{"btnClearAll"_L1, u"strBtnClearAll", u"strTipClearAll"},
+        Named{"btnExit"_L1, u"strExit", u"strTipExit"},
+        Named{"btnHome"_L1, u"strBtnHome", u"strBtnHome"},
+        Named{"btnMenu"_L1, u"strBtnMenu", u"strBtnMenu"},
+        Named{"btnMin"_L1, u"strTipMinimize", u"strTipMinimize"},
+        Named{"btnMax"_L1, u"strTipMaximize", u"strTipMaximize"},
+        Named{"btnRestore"_L1, u"strTipRestore", u"strTipRestore"},
+        Named{"btnClose"_L1, u"strTipClose", u"strTipClose"},
+        Named{"btnAll"_L1, u"strFilterAll", u"strFilterAll"},
+    };
+    for (const auto &[name, label, tip] : kNamed) {
+        QToolButton &control = button(*this, name);
+        control.setText(text(label));
+        control.setToolTip(text(tip));
+        control.setAccessibleName(text(tip));
+    }
+    m_list->applyLanguage();
+    refreshCaptions();
+    refreshTotals();
+}
+
+void CTollivarDlg::start(Appearance appearance)
+{
+    if (appearance == Appearance::Shown || !m_tray->isThere()) {
+        show();
+    }
+}
+
+void CTollivarDlg::Notify(const DuiLib::SkinEvent &event)
+{
+    if (event.type == DuiLib::events::kClick) {
+        handleClick(event.name);
+    } else if (event.type == DuiLib::events::kLink && event.name == "tCopyright"_L1) {
+        Q_EMIT homePageWanted();
+    } else if (event.type == DuiLib::events::kLink) {
+        Q_EMIT playerHelpWanted();
+    }
+}
+
+void CTollivarDlg::handleClick(const QString &name)
+{
+    static const QHash<QString, void (CTollivarDlg::*)()> kActions = {
+        {u"btnAddUrl"_s, &CTollivarDlg::addTask},
+        {u"btnBrowser"_s, &CTollivarDlg::browserWanted},
+        {u"btnPlayer"_s, &CTollivarDlg::playSelected},
+        {u"btnStart"_s, &CTollivarDlg::startSelected},
+        {u"btnStop"_s, &CTollivarDlg::stopSelected},
+        {u"btnRemove"_s, &CTollivarDlg::removeSelected},
+        {u"btnClearAll"_s, &CTollivarDlg::clearCompleted},
+        {u"btnExit"_s, &CTollivarDlg::exitWanted},
+        {u"btnHome"_s, &CTollivarDlg::homePageWanted},
+        {u"btnMenu"_s, &CTollivarDlg::showHelpMenu},
+        {u"btnMin"_s, &CTollivarDlg::showMinimized},
+        {u"btnMax"_s, &CTollivarDlg::showMaximized},
+        {u"btnRestore"_s, &CTollivarDlg::showNormal},
+        {u"btnClose"_s, &CTollivarDlg::closeToTray},
+        {u"btnAll"_s, &CTollivarDlg::showAll},
+        {u"btnDownloading"_s, &CTollivarDlg::showDownloading},
+        {u"btnDownloaded"_s, &CTollivarDlg::showDownloaded},
+    };
+    if (const auto action = kActions.value(name)) {
+        (this->*action)();
+    }
+}
+
+void CTollivarDlg::runCommand(int command)
+{
+    namespace commands = language::commands;
+    switch (command) {
+    case commands::kToggleWindow:
+        toggleWindow();
+        break;
+    case commands::kAddTask:
+        addTask();
+        break;
+    case commands::kAbout:
+        showAbout();
+        break;
+    case commands::kExit:
+        Q_EMIT exitWanted();
+        break;
+    case commands::kDropZone:
+        Q_EMIT dropZoneToggled();
+        break;
+    case commands::kCopyWebAddress:
+        copyAddresses(&tasks::TaskInfo::strOriURL);
+        break;
+    case commands::kCopyFileAddress:
+        copyAddresses(&tasks::TaskInfo::strDownloadUrl);
+        break;
+    case commands::kSettings:
+        Q_EMIT settingsWanted();
+        break;
+    case commands::kCheckUpdates:
+        Q_EMIT updateCheckWanted();
+        break;
+    case commands::kHelp:
+        Q_EMIT helpWanted();
+        break;
+    case commands::kCannotWatch:
+        Q_EMIT playerHelpWanted();
+        break;
+    case commands::kHomePage:
+        Q_EMIT homePageWanted();
+        break;
+    default:
+        runOnSelected(command);
+        break;
+    }
+}
+
+void CTollivarDlg::runOnSelected(int command)
+{
+    namespace commands = language::commands;
+    for (const tasks::TaskInfo &task : selectedTasks()) {
+        switch (command) {
+        case commands::kPlay:
+            Q_EMIT fileWanted(task.outputPath());
+            return;
+        case commands::kPlayInPlayer:
+            Q_EMIT playerWanted(task.outputPath());
+            return;
+        case commands::kBrowseFile:
+        case commands::kOpenFolder:
+            Q_EMIT folderWanted(task.strOutputFolder, task.outputPath());
+            return;
+        case commands::kOpenWebPage:
+            Q_EMIT webPageWanted(task.strOriURL);
+            return;
+        case commands::kConvert:
+            Q_EMIT conversionWanted(task);
+            break;
+        default:
+            return;
+        }
+    }
+}
+
+void CTollivarDlg::handle(const platform::AppMessage &message)
+{
+    switch (message.id) {
+    case AppMessageId::AddPendingAddress:
+        addPendingAddress();
+        break;
+    case AppMessageId::CapturedTexts:
+        takeCapturedTexts();
+        break;
+    case AppMessageId::FlashNote:
+        showFlashNote();
+        break;
+    default:
+        break;
+    }
+}
+
+void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
+{
+    const auto *worker = m_services.manager.worker(taskId);
+    if (worker != nullptr) {
+        redrawRow(m_services.manager.rowOf(taskId));
+    }
+    if (!tasks::endsRun(code)) {
+        return;
+    }
+    refreshCaptions();
+    if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
+        code == TaskEventCode::Completed) {
+        m_list->refreshRows();
+        Q_EMIT taskCompleted(worker->record());
+    }
+}
+
+void CTollivarDlg::addAddress(const QString &address)
+{
+    m_pendingAddress = address;
+    port().post(AppMessageId::AddPendingAddress, 0, 0);
+}
+
+void CTollivarDlg::addPendingAddress()
+{
+    const QString address = std::exchange(m_pendingAddress, {});
+    if (address.isEmpty()) {
+        return;
+    }
+    const auto task = m_services.taskForAddress(address);
+    if (task) {
+        addNewTask(*task);
+    } else {
+        qWarning("the address was not added: %s", qPrintable(task.error().text));
+    }
+}
+
+void CTollivarDlg::addNewTask(const tasks::TaskInfo &task)
+{
+    const std::uint32_t id = m_services.manager.addTask(task, tasks::TaskOrigin::New);
+    m_services.manager.start(id);
+    m_list->refreshRows();
+    refreshCaptions();
+}
+
+void CTollivarDlg::addCapturedText(const QString &text)
+{
+    m_capturedTexts.append(text);
+    port().post(AppMessageId::CapturedTexts, 0, 0);
+}
+
+void CTollivarDlg::takeCapturedTexts()
+{
+    showAndActivate();
+    if (m_capturedTexts.isEmpty()) {
+        return;
+    }
+    for (const CapturedMedia &media : m_services.readCapturedText(m_capturedTexts.takeLast())) {
+        addCaptured(media);
+    }
+    refreshCaptions();
+}
+
+void CTollivarDlg::addCaptured(const CapturedMedia &media)
+{
+    CAddTaskDlg dialog(this, m_services.settings, m_services.texts,
+                       {media.task.strOriURL, media.title});
+    m_addTask = &dialog;
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    if (m_minimisesAfterCapture) {
+        showMinimized();
+    }
+    tasks::TaskInfo task = media.task;
+    task.m_ConvOpts = dialog.task().m_ConvOpts;
+    task.strOutputFolder =
+        folderOfCaptured(dialog.task().strOutputFolder, media.title, task.strOriURL);
+    if (const auto made = platform::makeFolders(task.strOutputFolder); !made) {
+        QMessageBox::warning(this, kProgram, text(u"strMsgInvalidFolder"));
+        return;
+    }
+    task.strOutputName = fetch::cleanName(dialog.task().strOutputName, u'-');
+    addNewTask(task);
+}
+
+void CTollivarDlg::offerAddress(const QString &address)
+{
+    if (openAddTask(address) == DialogResult::Accepted && m_minimisesAfterCapture) {
+        showMinimized();
+    }
+}
+
+CTollivarDlg::DialogResult CTollivarDlg::openAddTask(const QString &address)
+{
+    showAndActivate();
+    if (m_addTask != nullptr) {
+        m_addTask->raise();
+        m_addTask->activateWindow();
+        m_addTask->setAddress(address);
+        return DialogResult::AlreadyOpen;
+    }
+    CAddTaskDlg dialog(this, m_services.settings, m_services.texts, {address, {}});
+    m_addTask = &dialog;
+    if (dialog.exec() != QDialog::Accepted) {
+        return DialogResult::Cancelled;
+    }
+    addNewTask(dialog.task());
+    return DialogResult::Accepted;
+}
+
+void CTollivarDlg::addTask()
+{
+    openAddTask({});
+}
+
+void CTollivarDlg::startSelected()
+{
+    const bool filterChanged = m_commands.startSelected([this] {
+        switch (QMessageBox::question(this, kProgram, text(u"strMsgCompletedTasks"),
+                                      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        default:
+            return Answer::Cancel;
+        }
+    });
+    if (filterChanged) {
+        button(*this, "btnDownloading"_L1).setChecked(true);
+    }
+    m_list->viewport()->update();
+    refreshCaptions();
+}
+
+void CTollivarDlg::stopSelected()
+{
+    m_commands.stopSelected();
+}
+
+void CTollivarDlg::removeSelected()
+{
+    if (m_list->selectedRows().empty()) {
+        return;
+    }
+    CConfirmDeleteDlg dialog(this, m_services.texts.dialog);
+    if (dialog.exec() == QDialog::Accepted) {
+        m_commands.removeSelected(dialog.files());
+        refreshCaptions();
+    }
+}
+
+void CTollivarDlg::clearCompleted()
+{
+    if (QMessageBox::question(this, kProgram, text(u"strMsgRemoveAll")) != QMessageBox::Yes) {
+        return;
+    }
+    button(*this, "btnDownloaded"_L1).setChecked(true);
+    m_commands.clearCompleted();
+    refreshCaptions();
+}
+
+void CTollivarDlg::setFilter(TaskFilter filter)
+{
+    m_services.manager.setFilter(filter);
+    m_list->refreshRows();
+    refreshCaptions();
+}
+
+void CTollivarDlg::showAll()
+{
+    setFilter(TaskFilter::All);
+}
+
+void CTollivarDlg::showDownloading()
+{
+    setFilter(TaskFilter::Downloading);
+}
+
+void CTollivarDlg::showDownloaded()
+{
+    setFilter(TaskFilter::Downloaded);
+}
+
+std::vector<tasks::TaskInfo> CTollivarDlg::selectedTasks() const
+{
+    std::vector<tasks::TaskInfo> selected;
+    for (const int row : m_list->selectedRows()) {
+        if (const auto *worker = m_services.manager.workerAt(row)) {
+            selected.push_back(worker->record());
+        }
+    }
+    return selected;
+}
+
+void CTollivarDlg::playSelected()
+{
+    const auto selected = selectedTasks();
+    Q_EMIT playerWanted(selected.empty() ? QString() : selected.front().outputPath());
+}
+
+void CTollivarDlg::copyAddresses(QString tasks::TaskInfo::*address)
+{
+    m_copiedText.clear();
+    for (const tasks::TaskInfo &task : selectedTasks()) {
+        m_copiedText += task.*address + u"\r\n"_s;
+    }
+    if (!m_copiedText.isEmpty()) {
+        QGuiApplication::clipboard()->setText(m_copiedText);
+    }
+}
+
+void CTollivarDlg::showHelpMenu()
+{
+    const QToolButton &opener = button(*this, "btnMenu"_L1);
+    m_menus->help().popup(opener.mapToGlobal(QPoint(0, opener.height() + 2)));
+}
+
+void CTollivarDlg::showAbout()
+{
+    AboutDialog dialog(isVisible() ? this : nullptr, m_services.texts.dialog);
+    connect(&dialog, &AboutDialog::homePageWanted, this, &CTollivarDlg::homePageWanted);
+    dialog.exec();
+}
+
+void CTollivarDlg::showFlashNote()
+{
+    const bool isWanted = m_services.wantsFlashNote && m_services.wantsFlashNote();
+    control<DuiLib::CTextUI>("textCaption"_L1)
+        .setMarkup(isWanted ? text(u"strNoteFlashOld") : u"{b}"_s + kProgram + u"{/b}"_s);
+}
+
+void CTollivarDlg::refreshCaptions()
+{
+    auto &manager = m_services.manager;
+    button(*this, "btnDownloading"_L1)
+        .setText(filterCaption(text(u"strFilterDownloading"), manager.unfinishedCount()));
+    button(*this, "btnDownloaded"_L1)
+        .setText(filterCaption(text(u"strFilterDownloaded"), manager.completedCount()));
+}
+
+void CTollivarDlg::refreshTotals()
+{
+    auto &manager = m_services.manager;
+    auto &label = control<QLabel>("ctrlhide"_L1);
+    const QString totals = totalsText(text(u"strTotals"), manager.runningCount(),
+                                      manager.waitingCount(), manager.totalSpeed());
+    if (label.text() != totals) {
+        label.setText(totals);
+    }
+}
+
+std::vector<int> CTollivarDlg::selectedRows() const
+{
+    return m_list->selectedRows();
+}
+
+void CTollivarDlg::selectRows(const std::vector<int> &rows)
+{
+    m_list->selectRows(rows);
+}
+
+void CTollivarDlg::redrawRow(int row)
+{
+    m_list->redrawRow(row);
+}
+
+void CTollivarDlg::refreshRows()
+{
+    m_list->refreshRows();
+}
+
+void CTollivarDlg::closeToTray()
+{
+    close();
+    showBalloonOnce();
+}
+
+void CTollivarDlg::showBalloonOnce()
+{
+    constexpr int kBalloons = 3;
+    const int shown = m_services.settings.GetTrayInfoShowTime();
+    if (shown >= kBalloons) {
+        return;
+    }
+    m_services.settings.SetTrayInfoShowTime(shown + 1);
+    if (m_tray->isThere()) {
+        m_tray->showBalloon(text(u"strTrayBalloon"));
+    }
+}
+
+void CTollivarDlg::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    if (m_tray != nullptr && m_tray->isThere()) {
+        hide();
+        return;
+    }
+    // Hidden without a tray icon, the window could never be found again.
+    showMinimized();
+    if (!m_hasToldAboutTray) {
+        m_hasToldAboutTray = true;
+        QMessageBox::information(this, kProgram, text(u"strNoTray"));
+    }
+}
+
+void CTollivarDlg::reject()
+{
+    close();
+}
+
+void CTollivarDlg::changeEvent(QEvent *event)
+{
+    CUILibDialog::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && !isMinimized()) {
+        button(*this, "btnMax"_L1).setVisible(!isMaximized());
+        button(*this, "btnRestore"_L1).setVisible(isMaximized());
+    }
+}
+
+void CTollivarDlg::toggleWindow()
+{
+    if (isVisible() && !isMinimized()) {
+        close();
+    } else {
+        showAndActivate();
+    }
+}
+
+void CTollivarDlg::showAndActivate()
+{
+    if (isMinimized()) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    }
+    show();
+    raise();
+    activateWindow();
+    Q_EMIT activatedByPerson();
+}
+
+void CTollivarDlg::leaveScreen()
+{
+    hide();
+    m_totals->stop();
+    m_tray->remove();
+}
+
+void CTollivarDlg::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!addressIn(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void CTollivarDlg::dropEvent(QDropEvent *event)
+{
+    const QString address = addressIn(*event->mimeData());
+    event->acceptProposedAction();
+    // The program that drags waits for our answer, and must not wait for a dialog.
+    QTimer::singleShot(0, this, [this, address] { offerAddress(address); });
+}
+
+} // namespace tollivar::ui

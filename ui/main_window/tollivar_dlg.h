@@ -1,0 +1,153 @@
+#pragma once
+
+#include "platform/message_port.h"
+#include "tasks/api/task_event.h"
+#include "ui/dialog/ui_lib_dialog.h"
+#include "ui/main_window/task_commands.h"
+#include "ui/main_window/window_services.h"
+#include "ui/task_list/list_ctrl_ex.h"
+#include "ui/tray/tray_icon.h"
+
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QTimer;
+
+namespace tollivar::ui {
+
+class CAddTaskDlg;
+class MainMenus;
+
+/// The program's one main window: the place where commands, messages and task events meet. It holds
+/// no task data; the manager does.
+///
+/// Closing it hides it to the tray; only the exit commands end the program, by exitWanted().
+///
+/// Threads: the main thread; other threads reach it through port().
+/// Owns:    the list, the tray icon and every dialog it opens.
+class CTollivarDlg final : public CUILibDialog, private TaskRows {
+    Q_OBJECT
+
+public:
+    explicit CTollivarDlg(const WindowServices &services);
+    ~CTollivarDlg() override;
+
+    /// Where other threads and the window itself post the messages that are its own.
+    [[nodiscard]] platform::AppMessagePort port() const;
+
+    /// Shows the window, or leaves it in the tray until it is wanted.
+    enum class Appearance { Shown, Hidden };
+    void start(Appearance appearance);
+
+    /// Called after each task event, when manager and database have seen it.
+    void onTaskEvent(std::uint32_t taskId, tasks::TaskEventCode code);
+    /// An address from a command line: becomes a task without a question.
+    void addAddress(const QString &address);
+    /// Stores a complete record as a new task and starts or queues it.
+    void addNewTask(const tasks::TaskInfo &task);
+    /// A text of the capture browser: each medium in it is offered as a task.
+    void addCapturedText(const QString &text);
+    /// A dropped or copied address: offered as a task.
+    void offerAddress(const QString &address);
+    /// What the program itself put on the clipboard last.
+    [[nodiscard]] QString copiedText() const { return m_copiedText; }
+    /// Comes to the front, wherever it was.
+    void showAndActivate();
+    /// Takes everything off the screen, for good.
+    void leaveScreen();
+
+    void Notify(const DuiLib::SkinEvent &event) override;
+
+    /// Takes over options that were changed.
+    void applyOptions();
+    /// Shows every text in the current language.
+    void applyLanguage();
+
+Q_SIGNALS:
+    void exitWanted();
+    void taskCompleted(const tollivar::tasks::TaskInfo &task);
+    void settingsWanted();
+    void updateCheckWanted();
+    void helpWanted();
+    void homePageWanted();
+    void playerHelpWanted();
+    void dropZoneToggled();
+    void browserWanted();
+    void webPageWanted(const QString &address);
+    /// With the companion player; the path is empty when no task is selected.
+    void playerWanted(const QString &path);
+    /// With the system's own program for the file.
+    void fileWanted(const QString &path);
+    /// The folder, with the file selected if it is there.
+    void folderWanted(const QString &folder, const QString &path);
+    void conversionWanted(const tollivar::tasks::TaskInfo &task);
+    void activatedByPerson();
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void reject() override;
+
+private:
+    enum class DialogResult : int { Cancelled = 0, Accepted = 1, AlreadyOpen = 2 };
+
+    // The rows that commands work on.
+    [[nodiscard]] std::vector<int> selectedRows() const override;
+    void selectRows(const std::vector<int> &rows) override;
+    void redrawRow(int row) override;
+    void refreshRows() override;
+
+    void bindList();
+    void bindTray();
+    void bindKeys();
+    void handle(const platform::AppMessage &message);
+    void handleClick(const QString &name);
+    void runCommand(int command);
+    void runOnSelected(int command);
+    void takeCapturedTexts();
+    void addCaptured(const CapturedMedia &media);
+    void addPendingAddress();
+    void addTask();
+    DialogResult openAddTask(const QString &address);
+    void startSelected();
+    void stopSelected();
+    void removeSelected();
+    void clearCompleted();
+    void setFilter(tasks::TaskFilter filter);
+    void showAll();
+    void showDownloading();
+    void showDownloaded();
+    void playSelected();
+    void copyAddresses(QString tasks::TaskInfo::*address);
+    [[nodiscard]] std::vector<tasks::TaskInfo> selectedTasks() const;
+    void showHelpMenu();
+    void showAbout();
+    void showFlashNote();
+    void refreshCaptions();
+    void refreshTotals();
+    void closeToTray();
+    void toggleWindow();
+    void showBalloonOnce();
+    [[nodiscard]] QString text(const char16_t *id) const;
+
+    WindowServices m_services;
+    TaskCommands m_commands;
+    platform::AppMessageInbox m_inbox;
+    CListCtrlEx *m_list = nullptr;
+    std::unique_ptr<MainMenus> m_menus;
+    std::unique_ptr<TrayIcon> m_tray;
+    QTimer *m_totals = nullptr;
+    QPointer<CAddTaskDlg> m_addTask;
+    QString m_pendingAddress;
+    QStringList m_capturedTexts;
+    QString m_copiedText;
+    bool m_minimisesAfterCapture = false;
+    bool m_hasToldAboutTray = false;
+};
+
+} // namespace tollivar::ui
