@@ -4,33 +4,44 @@ namespace tollivar::ui {
 
 namespace {
 
-QPixmap &enlarged(QPixmap &surface, const QSize &size, qreal ratio)
+/// The pixels whose upper left corner the rectangle covers, as a plain fill takes them.
+QRect pixelsOf(const QPainter &target, const QRect &rectangle)
 {
-    const QSize pixels = (QSizeF(size) * ratio).toSize();
-    if (surface.devicePixelRatio() != ratio || surface.width() < pixels.width() ||
-        surface.height() < pixels.height()) {
-        surface = QPixmap(pixels.expandedTo(surface.size()));
-        surface.setDevicePixelRatio(ratio);
-    }
+    const QRectF exact = target.deviceTransform().mapRect(QRectF(rectangle));
+    return {QPoint(qRound(exact.left()), qRound(exact.top())),
+            QPoint(qRound(exact.right()) - 1, qRound(exact.bottom()) - 1)};
+}
+
+QImage &enlarged(QImage &surface, const QSize &pixels)
+{
+    if (surface.width() < pixels.width() || surface.height() < pixels.height())
+        surface = QImage(pixels.expandedTo(surface.size()), QImage::Format_RGB32);
     return surface;
 }
 
 } // namespace
 
-CMemDC::CMemDC(QPainter &target, const QRect &rectangle, QPixmap &surface)
+CMemDC::CMemDC(QPainter &target, const QRect &rectangle, QImage &surface)
     : m_target(target)
-    , m_rectangle(rectangle)
+    , m_pixels(pixelsOf(target, rectangle))
     , m_surface(surface)
-    , m_painter(&enlarged(surface, rectangle.size(), target.device()->devicePixelRatioF()))
+    , m_painter(&enlarged(surface, m_pixels.size()))
 {
-    m_painter.translate(-rectangle.topLeft());
+    const QPoint origin = m_pixels.topLeft();
+    m_painter.setTransform(target.deviceTransform() *
+                           QTransform::fromTranslate(-origin.x(), -origin.y()));
 }
 
 CMemDC::~CMemDC()
 {
     m_painter.end();
-    const QRectF source(QPointF(0, 0), QSizeF(m_rectangle.size()) * m_surface.devicePixelRatio());
-    m_target.drawPixmap(QRectF(m_rectangle), m_surface, source);
+    m_target.save();
+    m_target.resetTransform();
+    // From here on a unit is a pixel of the device.
+    m_target.setTransform(m_target.deviceTransform().inverted());
+    m_target.setCompositionMode(QPainter::CompositionMode_Source);
+    m_target.drawImage(m_pixels.topLeft(), m_surface, QRect(QPoint(0, 0), m_pixels.size()));
+    m_target.restore();
 }
 
 } // namespace tollivar::ui

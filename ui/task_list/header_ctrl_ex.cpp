@@ -17,7 +17,8 @@ const QColor kSeparatorLight(209, 209, 209);
 const QColor kArrow(82, 90, 102);
 constexpr int kBottomLineHeight = 3;
 constexpr int kTextIndent = 5;
-constexpr int kHeaderHeight = 28;
+constexpr int kLowest = 28; ///< height with a small font
+constexpr int kArrowLines = 4;
 
 void paintBack(QPainter &painter, const QRect &area, int height)
 {
@@ -30,14 +31,13 @@ void paintBack(QPainter &painter, const QRect &area, int height)
         kBottomLine);
 }
 
-/// Four lines, each two pixels longer than the one before.
-void paintArrow(QPainter &painter, QPoint tip, SortDirection direction)
+/// Lines that grow by a pixel on each side; `area` is as high as there are lines.
+void paintArrow(QPainter &painter, const QRect &area, SortDirection direction)
 {
-    constexpr int kLines = 4;
-    for (int line = 0; line < kLines; ++line) {
-        const int y =
-            direction == SortDirection::Ascending ? tip.y() + line : tip.y() + kLines - 1 - line;
-        painter.fillRect(QRect(tip.x() - line, y, 2 * line + 1, 1), kArrow);
+    const bool pointsUp = direction == SortDirection::Ascending;
+    for (int line = 0; line < kArrowLines; ++line) {
+        const int y = pointsUp ? area.top() + line : area.bottom() - line;
+        painter.fillRect(QRect(area.center().x() - line, y, 2 * line + 1, 1), kArrow);
     }
 }
 
@@ -48,9 +48,24 @@ CHeaderCtrlEx::CHeaderCtrlEx(QWidget *parent) : QHeaderView(Qt::Horizontal, pare
     setSectionsClickable(true);
     setHighlightSections(false);
     setSectionsMovable(false);
-    setFixedHeight(kHeaderHeight);
-    setMinimumSectionSize(kHeaderHeight);
+    setMinimumSectionSize(kLowest);
     connect(this, &QHeaderView::sectionClicked, this, &CHeaderCtrlEx::chooseColumn);
+}
+
+QSize CHeaderCtrlEx::sizeHint() const
+{
+    constexpr int kAroundText = 11;
+    return {QHeaderView::sizeHint().width(),
+            std::max(kLowest, fontMetrics().height() + kAroundText)};
+}
+
+void CHeaderCtrlEx::showOrder(tasks::TaskOrder order)
+{
+    // The column of the latest click stays known, so that the next click on it turns the order.
+    if (order.direction != SortDirection::None)
+        m_sortColumn = static_cast<int>(order.column);
+    m_sortDirection = order.direction;
+    viewport()->update();
 }
 
 void CHeaderCtrlEx::paintEvent(QPaintEvent *event)
@@ -65,24 +80,25 @@ void CHeaderCtrlEx::paintEvent(QPaintEvent *event)
 
 void CHeaderCtrlEx::paintSection(QPainter *painter, const QRect &section, int column) const
 {
-    constexpr int kArrowRoom = 14;
-    constexpr int kArrowTop = 10;
+    constexpr int kArrowSide = 7;
+    constexpr int kBesideArrow = 6;
     painter->save();
     painter->setClipRect(section);
     paintBack(*painter, section, height());
     painter->fillRect(QRect(section.right() - 1, section.top(), 1, section.height()), kSeparator);
     painter->fillRect(QRect(section.right(), section.top(), 1, section.height()), kSeparatorLight);
-    const bool isSorted = column == m_sortColumn && m_sortDirection != SortDirection::None;
-    const QRect text =
-        section.adjusted(kTextIndent, 0, -(isSorted ? kArrowRoom + 4 : 4), -kBottomLineHeight);
+    QRect text = section.adjusted(kTextIndent, 0, -kTextIndent, -kBottomLineHeight);
+    if (column == m_sortColumn && m_sortDirection != SortDirection::None) {
+        const QRect arrow(text.right() - kArrowSide, text.center().y() - kArrowLines / 2 + 1,
+                          kArrowSide, kArrowLines);
+        paintArrow(*painter, arrow, m_sortDirection);
+        text.setRight(arrow.left() - kBesideArrow);
+    }
     const QString heading = model()->headerData(column, Qt::Horizontal).toString();
     painter->setFont(font());
     painter->setPen(Qt::black);
     painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                      fontMetrics().elidedText(heading, Qt::ElideRight, text.width()));
-    if (isSorted) {
-        paintArrow(*painter, {section.right() - kArrowRoom + 3, kArrowTop}, m_sortDirection);
-    }
+                      fontMetrics().elidedText(heading, Qt::ElideRight, std::max(0, text.width())));
     painter->restore();
 }
 

@@ -9,6 +9,7 @@ namespace tollivar::ui {
 /// The header of the task list: draws itself and knows by which column the rows are sorted.
 ///
 /// Threads: the main thread.
+/// States:  a click chooses its column and tells; the arrow stands until showOrder() says otherwise.
 class CHeaderCtrlEx final : public QHeaderView {
     Q_OBJECT
 
@@ -18,6 +19,10 @@ public:
     /// -1 before the first click.
     [[nodiscard]] int sortColumn() const { return m_sortColumn; }
     [[nodiscard]] tasks::SortDirection sortDirection() const { return m_sortDirection; }
+    /// Shows how the rows are sorted now; None takes the arrow away.
+    void showOrder(tasks::TaskOrder order);
+
+    [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:
     /// A click chose this column and direction.

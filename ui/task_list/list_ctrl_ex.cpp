@@ -1,18 +1,18 @@
 #include "ui/task_list/list_ctrl_ex.h"
 
 #include "ui/skin/paint_manager.h"
+#include "ui/task_list/empty_hint.h"
 #include "ui/task_list/header_ctrl_ex.h"
 #include "ui/task_list/task_list_model.h"
 
 #include <QContextMenuEvent>
-#include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QToolButton>
-
-#include <algorithm>
-#include <array>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace tollivar::ui {
 
@@ -21,22 +21,26 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QColor kListBack(241, 245, 250);
-const QColor kHintColor(102, 115, 134);
+constexpr int kNameColumn = static_cast<int>(ListColumn::Name);
 
-struct Column {
-    QStringView heading; ///< id of the text
-    int width;           ///< pixels, in a list as wide as all of them
-    int share;           ///< of what a wider list has beyond that, in percent
-};
-
-constexpr std::array<Column, kListColumnCount> kColumns = {{
-    {u"strColNum", 40, 2},
-    {u"strColName", 180, 45},
-    {u"strColStatus", 150, 25},
-    {u"strColSpeed", 70, 8},
-    {u"strColTarget", 60, 4},
-    {u"strColMode", 60, 16},
-}};
+QString cellToolTip(const RowText &text, ListColumn column)
+{
+    switch (column) {
+    case ListColumn::Number:
+        return text.number;
+    case ListColumn::Name:
+        return text.path;
+    case ListColumn::Status:
+        return text.detail.isEmpty() ? text.status : text.status + u'\n' + text.detail;
+    case ListColumn::Speed:
+        return text.speed + u'\n' + text.timeLeft;
+    case ListColumn::Target:
+        return text.target;
+    case ListColumn::Mode:
+        return text.mode;
+    }
+    return {};
+}
 
 } // namespace
 
@@ -45,22 +49,17 @@ CListCtrlEx::CListCtrlEx(TextLookup texts, QWidget *parent)
     , m_texts(std::move(texts))
     , m_painter(QIcon(DuiLib::CPaintManagerUI::imagePath(u"img/file.svg"_s)))
 {
-    m_model = new TaskListModel([this](int row) { return textOf(row); }, this);
+    m_model =
+        new TaskListModel([this](int row) { return textOf(row); },
+                          [this](int row) { return sourceOf(row).record.strOutputName; }, this);
     setModel(m_model);
     m_header = new CHeaderCtrlEx(this);
     setHorizontalHeader(m_header);
+    m_hint = new EmptyHint(viewport());
+    connect(m_hint, &EmptyHint::addWanted, this, &CListCtrlEx::addWanted);
     setUpLook();
     measureRows();
-    connect(m_header, &CHeaderCtrlEx::sortWanted, this,
-            [this](int column, tasks::SortDirection direction) {
-                if (m_manager != nullptr) {
-                    m_manager->sort(static_cast<tasks::SortColumn>(column), direction);
-                    refreshRows();
-                }
-            });
-    connect(m_header, &QHeaderView::sectionResized, this,
-            [this] { m_hasPersonsWidths = m_hasPersonsWidths || underMouse(); });
-    connect(m_hintButton, &QToolButton::clicked, this, &CListCtrlEx::addWanted);
+    connectHeader();
     applyLanguage();
 }
 
@@ -75,6 +74,9 @@ void CListCtrlEx::setUpLook()
     setHorizontalScrollMode(ScrollPerPixel);
     setTabKeyNavigation(false);
     setCornerButtonEnabled(false);
+    // What is dragged over the list belongs to the window.
+    setDragDropMode(NoDragDrop);
+    setAcceptDrops(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     QPalette colors = palette();
@@ -82,11 +84,13 @@ void CListCtrlEx::setUpLook()
     setPalette(colors);
     // A style sheet would make every scroll a repaint of the whole view.
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
-    m_hintButton = new QToolButton(viewport());
-    m_hintButton->setObjectName(u"btnEmptyAdd"_s);
-    m_hintButton->setProperty("skinClass", u"ButtonUI"_s);
-    m_hintButton->setProperty("look", u"primary"_s);
-    m_hintButton->setCursor(Qt::ArrowCursor);
+}
+
+void CListCtrlEx::connectHeader()
+{
+    connect(m_header, &CHeaderCtrlEx::sortWanted, this, &CListCtrlEx::sortBy);
+    connect(m_header, &QHeaderView::sectionResized, this,
+            [this] { m_hasPersonsWidths = m_hasPersonsWidths || !m_isSharing; });
 }
 
 void CListCtrlEx::measureRows()
@@ -94,6 +98,7 @@ void CListCtrlEx::measureRows()
     constexpr int kLines = 3;
     const QFontMetrics metrics(font());
     m_rowHeight = (metrics.height() + std::max(0, metrics.leading())) * kLines;
+    verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setDefaultSectionSize(m_rowHeight);
     verticalScrollBar()->setSingleStep(m_rowHeight);
 }
@@ -101,6 +106,7 @@ void CListCtrlEx::measureRows()
 void CListCtrlEx::attach(tasks::TaskManager *manager)
 {
     m_model->setRowCount(0);
+    m_kept.clear();
     m_manager = manager;
     refreshRows();
 }
@@ -119,13 +125,11 @@ void CListCtrlEx::onConversion(std::function<Conversion(std::uint32_t)> query)
 void CListCtrlEx::applyLanguage()
 {
     QStringList headings;
-    for (const Column &column : kColumns) {
-        headings.append(m_texts(column.heading.toString()));
-    }
+    for (std::size_t column = 0; column < kListColumnCount; ++column)
+        headings.append(m_texts(headingId(static_cast<ListColumn>(column)).toString()));
     m_model->setHeadings(headings);
-    m_hintButton->setText(m_texts(u"strTipAddFile"_s));
+    m_hint->setTexts(m_texts(u"strEmptyList"_s), m_texts(u"strTipAddFile"_s));
     setAccessibleName(m_texts(u"strListName"_s));
-    placeHint();
     viewport()->update();
 }
 
@@ -134,9 +138,8 @@ RowSource CListCtrlEx::sourceOf(int row) const
     RowSource source;
     source.retrySetting = m_retrySetting;
     const tasks::TaskWorker *worker = m_manager == nullptr ? nullptr : m_manager->workerAt(row);
-    if (worker == nullptr) {
+    if (worker == nullptr)
         return source;
-    }
     source.record = worker->record();
     source.state = worker->state();
     source.failedStage = worker->previousState();
@@ -159,10 +162,19 @@ RowText CListCtrlEx::textOf(int row) const
 
 RowLook CListCtrlEx::lookOf(int row) const
 {
-    if (!selectionModel()->isRowSelected(row, QModelIndex())) {
-        return RowLook::Plain;
+    if (selectionModel()->isRowSelected(row, QModelIndex()))
+        return hasFocus() ? RowLook::SelectedWithFocus : RowLook::SelectedWithoutFocus;
+    return hasFocus() && currentIndex().row() == row ? RowLook::PlainCurrent : RowLook::Plain;
+}
+
+std::array<QRect, kListColumnCount> CListCtrlEx::cellsAt(int top) const
+{
+    std::array<QRect, kListColumnCount> cells;
+    for (int column = 0; column < static_cast<int>(kListColumnCount); ++column) {
+        cells[static_cast<std::size_t>(column)] =
+            QRect(columnViewportPosition(column), top, columnWidth(column), m_rowHeight);
     }
-    return hasFocus() ? RowLook::SelectedWithFocus : RowLook::SelectedWithoutFocus;
+    return cells;
 }
 
 void CListCtrlEx::paintEvent(QPaintEvent *event)
@@ -173,99 +185,72 @@ void CListCtrlEx::paintEvent(QPaintEvent *event)
     const int scrolled = verticalScrollBar()->value();
     const int first = (dirty.top() + scrolled) / m_rowHeight;
     const int last = std::min(rows - 1, (dirty.bottom() + scrolled) / m_rowHeight);
-    const int width = m_header->length();
-    std::array<QRect, kListColumnCount> cells;
-    int bottom = first * m_rowHeight - scrolled;
-    for (int row = first; row <= last; ++row, bottom += m_rowHeight) {
-        for (int column = 0; column < static_cast<int>(kListColumnCount); ++column) {
-            cells[static_cast<std::size_t>(column)] =
-                QRect(columnViewportPosition(column), bottom, columnWidth(column), m_rowHeight);
-        }
-        m_painter.paint(painter, QRect(cells[0].left(), bottom, width, m_rowHeight), cells,
-                        textOf(row), lookOf(row), font());
+    for (int row = first; row <= last; ++row) {
+        const int top = row * m_rowHeight - scrolled;
+        const QRect place(columnViewportPosition(0), top, m_header->length(), m_rowHeight);
+        // A row between two changed ones is left as it is on the screen.
+        if (event->region().intersects(place))
+            m_painter.paint(painter, place, cellsAt(top), textOf(row), lookOf(row), font());
     }
-    const int right = cells[0].left() + width;
-    painter.fillRect(QRect(QPoint(right, dirty.top()), dirty.bottomRight()), kListBack);
-    painter.fillRect(
-        QRect(QPoint(dirty.left(), std::max(bottom, dirty.top())), dirty.bottomRight()), kListBack);
-    if (rows == 0 && m_manager != nullptr) {
-        painter.setPen(kHintColor);
-        painter.setFont(font());
-        painter.drawText(viewport()->rect().adjusted(0, 0, 0, -m_hintButton->height() - 40),
-                         Qt::AlignCenter, m_texts(u"strEmptyList"_s));
-    }
+    fillAround(painter, dirty, rows * m_rowHeight - scrolled);
+}
+
+void CListCtrlEx::fillAround(QPainter &painter, const QRect &dirty, int rowsEnd) const
+{
+    const int right = columnViewportPosition(0) + m_header->length();
+    if (right <= dirty.right())
+        painter.fillRect(QRect(QPoint(right, dirty.top()), dirty.bottomRight()), kListBack);
+    const int below = std::max(rowsEnd, dirty.top());
+    if (below <= dirty.bottom())
+        painter.fillRect(QRect(QPoint(dirty.left(), below), dirty.bottomRight()), kListBack);
 }
 
 void CListCtrlEx::redrawRow(int row)
 {
     const int top = row * m_rowHeight - verticalScrollBar()->value();
-    if (row >= 0 && row < m_model->rowCount() && top + m_rowHeight > 0 &&
-        top < viewport()->height()) {
+    if (row >= 0 && row < m_model->rowCount())
         viewport()->update(0, top, viewport()->width(), m_rowHeight);
-    }
 }
 
 void CListCtrlEx::refreshRows()
 {
-    const std::vector<std::uint32_t> selected = m_selectedIds;
     const int place = verticalScrollBar()->value();
-    m_model->setRowCount(m_manager == nullptr ? 0 : m_manager->visibleCount());
-    selectIds(selected);
+    {
+        const QScopedValueRollback restoring(m_isRestoring, true);
+        m_model->setRowCount(m_manager == nullptr ? 0 : m_manager->visibleCount());
+        // Otherwise the scroll bar would learn of the new rows only after its place is set.
+        executeDelayedItemsLayout();
+        m_kept.apply(*selectionModel(), m_manager);
+    }
+    // What was selected may be gone.
+    m_kept.read(*selectionModel(), m_manager);
     verticalScrollBar()->setValue(place);
+    if (m_manager != nullptr)
+        m_header->showOrder(m_manager->order());
     placeHint();
     viewport()->update();
 }
 
-void CListCtrlEx::selectIds(const std::vector<std::uint32_t> &ids)
+void CListCtrlEx::sortBy(int column, tasks::SortDirection direction)
 {
-    std::vector<int> rows;
-    rows.reserve(ids.size());
-    for (const std::uint32_t id : ids) {
-        const int row = m_manager == nullptr ? -1 : m_manager->rowOf(id);
-        if (row >= 0) {
-            rows.push_back(row);
-        }
-    }
-    std::sort(rows.begin(), rows.end());
-    QItemSelection selection;
-    for (std::size_t begin = 0; begin < rows.size();) {
-        std::size_t end = begin + 1;
-        while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
-            ++end;
-        }
-        selection.append(QItemSelectionRange(
-            m_model->index(rows[begin], 0),
-            m_model->index(rows[end - 1], static_cast<int>(kListColumnCount) - 1)));
-        begin = end;
-    }
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (m_manager == nullptr)
+        return;
+    m_manager->sort(static_cast<tasks::SortColumn>(column), direction);
+    refreshRows();
 }
 
 std::vector<int> CListCtrlEx::selectedRows() const
 {
-    std::vector<int> rows;
-    const auto ranges = selectionModel()->selection();
-    for (const auto &range : ranges) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            rows.push_back(row);
-        }
-    }
-    std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
+    return selectedRowsOf(*selectionModel());
 }
 
 void CListCtrlEx::selectRows(const std::vector<int> &rows)
 {
-    std::vector<std::uint32_t> ids;
-    for (const int row : rows) {
-        if (const auto *worker = m_manager == nullptr ? nullptr : m_manager->workerAt(row)) {
-            ids.push_back(worker->taskId());
-        }
-    }
-    selectIds(ids);
-    if (!rows.empty()) {
-        const QModelIndex last = m_model->index(rows.back(), 0);
+    std::vector<int> present = rows;
+    std::erase_if(present, [this](int row) { return row < 0 || row >= m_model->rowCount(); });
+    selectRowsOf(*selectionModel(), present);
+    if (!present.empty()) {
+        const QModelIndex last = m_model->index(present.back(), kNameColumn);
         selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
         scrollTo(last);
     }
@@ -274,44 +259,36 @@ void CListCtrlEx::selectRows(const std::vector<int> &rows)
 void CListCtrlEx::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
-    m_selectedIds.clear();
-    for (const int row : selectedRows()) {
-        if (const auto *worker = m_manager == nullptr ? nullptr : m_manager->workerAt(row)) {
-            m_selectedIds.push_back(worker->taskId());
-        }
-    }
+    if (m_isRestoring)
+        return;
+    m_kept.read(*selectionModel(), m_manager);
     viewport()->update();
+}
+
+void CListCtrlEx::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    if (m_isRestoring)
+        return; // The base would bring the row into view.
+    QTableView::currentChanged(current, previous);
+    m_kept.read(*selectionModel(), m_manager);
+    redrawRow(previous.row());
+    redrawRow(current.row());
 }
 
 void CListCtrlEx::shareWidth()
 {
-    if (m_hasPersonsWidths) {
+    if (m_hasPersonsWidths)
         return;
-    }
-    int wanted = 0;
-    for (const Column &column : kColumns) {
-        wanted += column.width;
-    }
-    constexpr int kPercent = 100;
-    const int extra = std::max(0, viewport()->width() - wanted);
-    int rest = extra;
-    for (std::size_t i = kColumns.size(); i-- > 0;) {
-        const int share = i == 0 ? 0 : extra * kColumns[i].share / kPercent;
-        rest -= share;
-        setColumnWidth(static_cast<int>(i), kColumns[i].width + share);
-    }
-    setColumnWidth(static_cast<int>(ListColumn::Name),
-                   columnWidth(static_cast<int>(ListColumn::Name)) + rest);
+    const QScopedValueRollback sharing(m_isSharing, true);
+    const auto widths = columnWidths(viewport()->width());
+    for (std::size_t column = 0; column < widths.size(); ++column)
+        setColumnWidth(static_cast<int>(column), widths[column]);
 }
 
 void CListCtrlEx::placeHint()
 {
-    constexpr int kBelowText = 14;
-    const bool isEmpty = m_manager != nullptr && m_model->rowCount() == 0;
-    m_hintButton->setVisible(isEmpty);
-    m_hintButton->resize(m_hintButton->sizeHint());
-    const QPoint middle = viewport()->rect().center();
-    m_hintButton->move(middle.x() - m_hintButton->width() / 2, middle.y() + kBelowText);
+    m_hint->setVisible(m_manager != nullptr && m_model->rowCount() == 0);
+    m_hint->center();
 }
 
 void CListCtrlEx::resizeEvent(QResizeEvent *event)
@@ -324,32 +301,65 @@ void CListCtrlEx::resizeEvent(QResizeEvent *event)
 void CListCtrlEx::changeEvent(QEvent *event)
 {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange && m_header != nullptr) {
+    if (event->type() == QEvent::FontChange && m_header != nullptr)
         measureRows();
-    }
 }
 
 void CListCtrlEx::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Delete) {
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isPlain && event->key() == Qt::Key_Delete) {
         Q_EMIT removeWanted();
-    } else if (event->key() == Qt::Key_Space) {
+    } else if (isPlain && event->key() == Qt::Key_Space) {
         Q_EMIT toggleWanted();
+    } else if (isPlain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
+        if (currentIndex().isValid())
+            Q_EMIT activated(currentIndex().row());
     } else {
         QTableView::keyPressEvent(event);
     }
 }
 
+QModelIndex CListCtrlEx::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    // Keys move among rows; a table would take these for moves within the row.
+    const int last = m_model->rowCount() - 1;
+    switch (action) {
+    case MoveHome:
+        return m_model->index(0, kNameColumn);
+    case MoveEnd:
+        return m_model->index(last, kNameColumn);
+    case MoveLeft:
+    case MoveRight: {
+        QScrollBar &bar = *horizontalScrollBar();
+        bar.triggerAction(action == MoveLeft ? QScrollBar::SliderSingleStepSub
+                                             : QScrollBar::SliderSingleStepAdd);
+        return currentIndex();
+    }
+    case MoveUp:
+    case MoveDown:
+    case MovePageUp:
+    case MovePageDown:
+    case MoveNext:
+    case MovePrevious:
+        break;
+    }
+    const QModelIndex index = QTableView::moveCursor(action, modifiers);
+    return index.siblingAtColumn(kNameColumn);
+}
+
 void CListCtrlEx::contextMenuEvent(QContextMenuEvent *event)
 {
     const auto rows = selectedRows();
-    if (rows.empty()) {
+    if (rows.empty())
         return;
-    }
     QPoint place = event->globalPos();
     if (event->reason() == QContextMenuEvent::Keyboard) {
-        const QRect row = visualRect(m_model->index(rows.front(), 1));
-        place = viewport()->mapToGlobal(row.center());
+        const QRect row = visualRect(m_model->index(rows.front(), kNameColumn));
+        const QRect seen = viewport()->rect();
+        const QPoint inView(std::clamp(row.center().x(), seen.left(), seen.right()),
+                            std::clamp(row.center().y(), seen.top(), seen.bottom()));
+        place = viewport()->mapToGlobal(inView);
     }
     Q_EMIT menuWanted(place);
 }
@@ -357,9 +367,33 @@ void CListCtrlEx::contextMenuEvent(QContextMenuEvent *event)
 void CListCtrlEx::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (index.isValid() && event->button() == Qt::LeftButton) {
+    if (index.isValid() && event->button() == Qt::LeftButton)
         Q_EMIT activated(index.row());
+}
+
+bool CListCtrlEx::viewportEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        showToolTip(*static_cast<QHelpEvent *>(event));
+        return true;
     }
+    return QTableView::viewportEvent(event);
+}
+
+void CListCtrlEx::showToolTip(QHelpEvent &event)
+{
+    const QModelIndex index = indexAt(event.pos());
+    const QRect cell = visualRect(index);
+    const auto column = static_cast<ListColumn>(std::max(0, index.column()));
+    const RowText text = index.isValid() ? textOf(index.row()) : RowText{};
+    if (!index.isValid() || !RowPainter::isCut(column, cell.size(), text, font())) {
+        QToolTip::hideText();
+        return;
+    }
+    // As text, whatever it looks like: names come from pages.
+    QToolTip::showText(event.globalPos(),
+                       Qt::convertFromPlainText(cellToolTip(text, column), Qt::WhiteSpaceNormal),
+                       viewport(), cell);
 }
 
 } // namespace tollivar::ui

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tasks/row_order.h"
 #include "tasks/task_manager.h"
+#include "ui/task_list/kept_selection.h"
 #include "ui/task_list/row_painter.h"
 #include "ui/task_list/row_text.h"
 
@@ -11,19 +11,20 @@
 #include <optional>
 #include <vector>
 
-class QToolButton;
-
 namespace tollivar::ui {
 
 class CHeaderCtrlEx;
+class EmptyHint;
 class TaskListModel;
 
 /// The table of tasks. It holds no task data: every paint of a row asks the task manager for the
-/// row's present state. What it keeps is which tasks are selected, by their ids, so that a selection
-/// outlives sorting, removal and a change of the filter.
+/// row's present state. What it keeps is which tasks are selected, so that a selection outlives
+/// sorting and removal.
 ///
 /// Threads: the main thread.
 /// Owns:    its header and model; the manager is borrowed until another, or none, is attached.
+/// States:  call refreshRows() after each change of the manager's rows, redrawRow() after one of a
+///          task's state. Clicks on the header sort by themselves.
 class CListCtrlEx final : public QTableView {
     Q_OBJECT
 
@@ -34,7 +35,7 @@ public:
         QString failure{};
     };
 
-    CListCtrlEx(TextLookup texts, QWidget *parent = nullptr);
+    explicit CListCtrlEx(TextLookup texts, QWidget *parent = nullptr);
 
     /// Shows the manager's rows; without one the list is blank.
     void attach(tasks::TaskManager *manager);
@@ -45,11 +46,12 @@ public:
 
     /// The manager's rows are others than before. Scroll position and selection stay.
     void refreshRows();
+    /// Costs nothing when the row is out of sight.
     void redrawRow(int row);
 
     /// In rising order.
     [[nodiscard]] std::vector<int> selectedRows() const;
-    /// Selects these rows alone, and brings them into view.
+    /// Selects these rows alone, given in rising order, and brings the last into view.
     void selectRows(const std::vector<int> &rows);
 
     [[nodiscard]] int rowHeight() const { return m_rowHeight; }
@@ -57,6 +59,7 @@ public:
 
 Q_SIGNALS:
     void menuWanted(QPoint globalPosition);
+    /// Double click or Enter.
     void activated(int row);
     void addWanted();
     void removeWanted();
@@ -70,15 +73,22 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void selectionChanged(const QItemSelection &selected,
                           const QItemSelection &deselected) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
 private:
     void setUpLook();
+    void connectHeader();
     void measureRows();
     void shareWidth();
     void placeHint();
-    void selectIds(const std::vector<std::uint32_t> &ids);
+    void sortBy(int column, tasks::SortDirection direction);
+    void showToolTip(QHelpEvent &event);
+    void fillAround(QPainter &painter, const QRect &dirty, int rowsEnd) const;
+    [[nodiscard]] std::array<QRect, kListColumnCount> cellsAt(int top) const;
     [[nodiscard]] RowSource sourceOf(int row) const;
     [[nodiscard]] RowLook lookOf(int row) const;
 
@@ -87,11 +97,13 @@ private:
     std::function<Conversion(std::uint32_t)> m_conversion;
     TaskListModel *m_model = nullptr;
     CHeaderCtrlEx *m_header = nullptr;
-    QToolButton *m_hintButton = nullptr;
+    EmptyHint *m_hint = nullptr;
     RowPainter m_painter;
-    std::vector<std::uint32_t> m_selectedIds;
+    KeptSelection m_kept;
     int m_rowHeight = 0;
     int m_retrySetting = 0;
+    bool m_isRestoring = false;      ///< the selection changes only to stay with its tasks
+    bool m_isSharing = false;        ///< the columns change with the list, not by a person
     bool m_hasPersonsWidths = false; ///< a person has dragged a column
 };
 

@@ -1,10 +1,12 @@
 #include "ui/task_list/row_painter.h"
 
 #include "ui/controls/mem_dc.h"
+#include "ui/task_list/cell_text.h"
 
 #include <QFontMetrics>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace tollivar::ui {
 
@@ -19,15 +21,13 @@ const QColor kGrid(217, 217, 217);
 const QColor kBadgeFrame(62, 62, 62);
 const QColor kBar(45, 115, 196);
 const QColor kBarBack(211, 220, 231);
+const QColor kBarBackSelected(255, 255, 255, 90);
 
 constexpr int kIconSide = 32;
-/// Texts of the name cell begin this far from its left edge, behind the icon.
+/// The name cell's texts begin this far from its left edge, behind the icon.
 constexpr int kNameIndent = 40;
-constexpr int kNumberIndent = 5;
-/// Free on both sides of a text in the other cells.
-constexpr int kTextMargin = 4;
 constexpr int kBarHeight = 6;
-constexpr int kBarMargin = 14;
+constexpr int kBarMargin = 12;
 
 struct BadgeColors {
     QColor top;
@@ -56,6 +56,7 @@ QColor backOf(RowLook look)
     case RowLook::SelectedWithoutFocus:
         return kUnfocusedBack;
     case RowLook::Plain:
+    case RowLook::PlainCurrent:
         break;
     }
     return kPlainBack;
@@ -71,28 +72,87 @@ QRect lowerHalf(const QRect &cell)
     return cell.adjusted(0, cell.height() / 2, 0, 0);
 }
 
-void paintLine(QPainter &painter, const QRect &where, Qt::Alignment alignment, const QString &text)
-{
-    const QRect inner = where.adjusted(kTextMargin, 0, -kTextMargin, 0);
-    const QString fitting =
-        painter.fontMetrics().elidedText(text, Qt::ElideRight, std::max(0, inner.width()));
-    painter.drawText(inner, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     fitting);
-}
-
-void paintWrapped(QPainter &painter, const QRect &cell, const QString &text)
-{
-    const QRect inner = cell.adjusted(kTextMargin, 0, -kTextMargin, 0);
-    painter.save();
-    painter.setClipRect(inner);
-    painter.drawText(inner, Qt::AlignCenter | Qt::TextWordWrap, text);
-    painter.restore();
-}
-
 void paintGrid(QPainter &painter, const QRect &cell)
 {
     painter.fillRect(QRect(cell.right(), cell.top(), 1, cell.height()), kGrid);
     painter.fillRect(QRect(cell.left(), cell.bottom(), cell.width(), 1), kGrid);
+}
+
+QRect nameArea(const QRect &cell)
+{
+    return cell.adjusted(kNameIndent - kTextMargin, 0, 0, 0);
+}
+
+/// A frame inside the rectangle. Filled, because a pen's line falls between the pixels of a screen
+/// with another ratio than one.
+void paintFrame(QPainter &painter, const QRect &outside, const QColor &color)
+{
+    painter.fillRect(QRect(outside.left(), outside.top(), outside.width(), 1), color);
+    painter.fillRect(QRect(outside.left(), outside.bottom(), outside.width(), 1), color);
+    painter.fillRect(QRect(outside.left(), outside.top(), 1, outside.height()), color);
+    painter.fillRect(QRect(outside.right(), outside.top(), 1, outside.height()), color);
+}
+
+/// The list's font made small enough for the badge, and narrow enough for its text.
+QFont badgeFont(QFont font, const QString &type, int width)
+{
+    constexpr int kPixels = 8;
+    constexpr int kNarrowest = 75;
+    constexpr int kUnstretched = 100;
+    font.setPixelSize(kPixels);
+    font.setWeight(QFont::DemiBold);
+    const int wanted = std::max(1, QFontMetrics(font).horizontalAdvance(type));
+    if (wanted > width)
+        font.setStretch(std::max(kNarrowest, kUnstretched * width / wanted));
+    return font;
+}
+
+void paintBadge(QPainter &painter, const QRect &cell, const QString &type)
+{
+    const QRect badge(cell.left() + 5, cell.top() + 2, 25, 11);
+    const auto [top, bottom] = badgeColors(type);
+    QLinearGradient gradient(0, badge.top(), 0, badge.top() + badge.height());
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
+    painter.fillRect(badge, gradient);
+    paintFrame(painter, badge, kBadgeFrame);
+    const QRect inner = badge.adjusted(1, 0, -1, 0);
+    painter.save();
+    painter.setClipRect(badge);
+    painter.setFont(badgeFont(painter.font(), type, inner.width()));
+    painter.setPen(Qt::white);
+    painter.drawText(inner, static_cast<int>(Qt::AlignCenter) | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(type, Qt::ElideRight, inner.width() + 1));
+    painter.restore();
+}
+
+/// `reach` is 0 to 10,000.
+void paintBar(QPainter &painter, const QRect &area, int reach, RowLook look)
+{
+    constexpr double kWhole = 10'000;
+    const QRectF track(area.left() + kBarMargin, area.top() + (area.height() - kBarHeight) / 2,
+                       std::max(0, area.width() - 2 * kBarMargin), kBarHeight);
+    const bool isDark = look == RowLook::SelectedWithFocus;
+    const double round = kBarHeight / 2.0;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath whole;
+    whole.addRoundedRect(track, round, round);
+    painter.fillPath(whole, isDark ? kBarBackSelected : kBarBack);
+    // What was reached fills the track from the left; cut by it, a small part is round as well.
+    QPainterPath reached;
+    reached.addRoundedRect(track.adjusted(0, 0, track.width() * (reach / kWhole - 1), 0), round,
+                           round);
+    painter.fillPath(reached.intersected(whole), isDark ? QColor(Qt::white) : kBar);
+    painter.restore();
+}
+
+void paintStatus(QPainter &painter, const QRect &cell, const RowText &text, RowLook look)
+{
+    paintLine(painter, upperHalf(cell), Qt::AlignHCenter, text.status);
+    paintLine(painter, lowerHalf(cell), Qt::AlignHCenter, text.detail);
+    if (text.bar)
+        paintBar(painter, lowerHalf(cell), *text.bar, look);
 }
 
 } // namespace
@@ -110,74 +170,52 @@ void RowPainter::paint(QPainter &target, const QRect &row,
     const auto cell = [&cells](ListColumn column) -> const QRect & {
         return cells[static_cast<std::size_t>(column)];
     };
-    for (const QRect &each : cells) {
+    for (const QRect &each : cells)
         paintGrid(painter, each);
-    }
-    paintLine(painter, cell(ListColumn::Number).adjusted(kNumberIndent - kTextMargin, 0, 0, 0),
-              Qt::AlignLeft, text.number);
+    paintLine(painter, cell(ListColumn::Number), Qt::AlignLeft, text.number);
     paintName(painter, cell(ListColumn::Name), text);
     paintStatus(painter, cell(ListColumn::Status), text, look);
     paintLine(painter, upperHalf(cell(ListColumn::Speed)), Qt::AlignHCenter, text.speed);
     paintLine(painter, lowerHalf(cell(ListColumn::Speed)), Qt::AlignHCenter, text.timeLeft);
     paintWrapped(painter, cell(ListColumn::Target), text.target);
     paintWrapped(painter, cell(ListColumn::Mode), text.mode);
+    if (look == RowLook::PlainCurrent)
+        paintFrame(painter, row, kFocusedBack);
 }
 
-void RowPainter::paintName(QPainter &painter, const QRect &cell, const RowText &text)
+void RowPainter::paintName(QPainter &painter, const QRect &cell, const RowText &text) const
 {
     painter.save();
-    painter.setClipRect(cell);
+    painter.setClipRect(cell.adjusted(0, 0, -1, -1));
     m_icon.paint(&painter, QRect(cell.topLeft(), QSize(kIconSide, kIconSide)));
     paintBadge(painter, cell, text.badge);
     painter.restore();
-    const QRect texts = cell.adjusted(kNameIndent - kTextMargin, 0, 0, 0);
-    paintLine(painter, upperHalf(texts), Qt::AlignLeft, text.name);
+    const QRect texts = nameArea(cell);
+    // The ends of names tell the parts of a series apart.
+    paintLine(painter, upperHalf(texts), Qt::AlignLeft, text.name, Qt::ElideMiddle);
     paintLine(painter, lowerHalf(texts), Qt::AlignLeft, text.size);
 }
 
-void RowPainter::paintBadge(QPainter &painter, const QRect &cell, const QString &type)
+bool RowPainter::isCut(ListColumn column, const QSize &cell, const RowText &text, const QFont &font)
 {
-    constexpr int kBadgeFont = 8; // pixels
-    const QRect badge(cell.left() + 5, cell.top() + 2, 25, 11);
-    const auto [top, bottom] = badgeColors(type);
-    QLinearGradient gradient(badge.topLeft(), badge.bottomLeft());
-    gradient.setColorAt(0, top);
-    gradient.setColorAt(1, bottom);
-    painter.fillRect(badge, gradient);
-    painter.save();
-    painter.setPen(kBadgeFrame);
-    painter.drawRect(QRectF(badge).adjusted(0.5, 0.5, -0.5, -0.5));
-    QFont font = painter.font();
-    font.setPixelSize(kBadgeFont);
-    font.setWeight(QFont::DemiBold);
-    painter.setFont(font);
-    painter.setPen(Qt::white);
-    painter.drawText(badge, Qt::AlignCenter | Qt::TextSingleLine, type);
-    painter.restore();
-}
-
-void RowPainter::paintStatus(QPainter &painter, const QRect &cell, const RowText &text,
-                             RowLook look)
-{
-    paintLine(painter, upperHalf(cell), Qt::AlignHCenter, text.status);
-    const QRect below = lowerHalf(cell);
-    paintLine(painter, below, Qt::AlignHCenter, text.detail);
-    if (!text.bar) {
-        return;
+    const auto anyCut = [&font](int width, const QString &upper, const QString &lower) {
+        return isLineCut(upper, width, font) || isLineCut(lower, width, font);
+    };
+    switch (column) {
+    case ListColumn::Number:
+        return isLineCut(text.number, cell.width(), font);
+    case ListColumn::Name:
+        return anyCut(nameArea(QRect(QPoint(0, 0), cell)).width(), text.name, text.size);
+    case ListColumn::Status:
+        return anyCut(cell.width(), text.status, text.detail);
+    case ListColumn::Speed:
+        return anyCut(cell.width(), text.speed, text.timeLeft);
+    case ListColumn::Target:
+        return isWrappedCut(text.target, cell, font);
+    case ListColumn::Mode:
+        return isWrappedCut(text.mode, cell, font);
     }
-    constexpr int kWhole = 10'000;
-    QRectF bar(below.left() + kBarMargin, below.top() + 4, below.width() - 2 * kBarMargin,
-               kBarHeight);
-    const bool isDark = look == RowLook::SelectedWithFocus;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDark ? QColor(255, 255, 255, 90) : kBarBack);
-    painter.drawRoundedRect(bar, kBarHeight / 2.0, kBarHeight / 2.0);
-    bar.setWidth(bar.width() * *text.bar / kWhole);
-    painter.setBrush(isDark ? QColor(Qt::white) : kBar);
-    painter.drawRoundedRect(bar, kBarHeight / 2.0, kBarHeight / 2.0);
-    painter.restore();
+    return false;
 }
 
 } // namespace tollivar::ui

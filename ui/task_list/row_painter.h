@@ -1,25 +1,26 @@
 #pragma once
 
+#include "ui/task_list/list_columns.h"
 #include "ui/task_list/row_text.h"
 
 #include <QFont>
 #include <QIcon>
-#include <QPixmap>
+#include <QImage>
 #include <QRect>
 
 #include <array>
-#include <cstddef>
 
 class QPainter;
 
 namespace tollivar::ui {
 
-/// The columns of the list, in their order on the screen.
-enum class ListColumn : std::size_t { Number, Name, Status, Speed, Target, Mode };
-inline constexpr std::size_t kListColumnCount = 6;
-
 /// How a row looks as a whole.
-enum class RowLook { Plain, SelectedWithFocus, SelectedWithoutFocus };
+enum class RowLook {
+    Plain,
+    PlainCurrent, ///< the keys act from here, though it is not selected
+    SelectedWithFocus,
+    SelectedWithoutFocus,
+};
 
 /// Draws rows of the task list: each off the screen, then in one block.
 ///
@@ -33,14 +34,15 @@ public:
     void paint(QPainter &target, const QRect &row, const std::array<QRect, kListColumnCount> &cells,
                const RowText &text, RowLook look, const QFont &font);
 
+    /// Whether a cell of that size is too small for its texts, so that they are cut.
+    [[nodiscard]] static bool isCut(ListColumn column, const QSize &cell, const RowText &text,
+                                    const QFont &font);
+
 private:
-    void paintName(QPainter &painter, const QRect &cell, const RowText &text);
-    static void paintBadge(QPainter &painter, const QRect &cell, const QString &type);
-    static void paintStatus(QPainter &painter, const QRect &cell, const RowText &text,
-                            RowLook look);
+    void paintName(QPainter &painter, const QRect &cell, const RowText &text) const;
 
     QIcon m_icon;
-    QPixmap m_surface;
+    QImage m_surface;
 };
 
 } // namespace tollivar::ui

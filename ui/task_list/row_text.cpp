@@ -86,11 +86,22 @@ Status completedStatus(const RowSource &source)
     return {u"Completed"_s, source.conversionFailure};
 }
 
+/// True in the states in which a run neither goes on nor failed.
+bool isResting(TaskState state)
+{
+    return state == TaskState::New || state == TaskState::Stopped || state == TaskState::Stopping ||
+           state == TaskState::Removed;
+}
+
+bool isShownCompleted(const RowSource &source)
+{
+    return source.state == TaskState::Completed ||
+           (isResting(source.state) && source.record.isFileComplete());
+}
+
 Status restingStatus(const RowSource &source)
 {
-    const bool isWhole =
-        source.record.dwSize <= source.record.dwDownloadSize && source.record.bFileCreated != 0;
-    return {isWhole ? u"Completed"_s : u"Stopped"_s};
+    return source.record.isFileComplete() ? completedStatus(source) : Status{u"Stopped"_s};
 }
 
 Status statusOf(const RowSource &source)
@@ -122,13 +133,14 @@ Status statusOf(const RowSource &source)
     return source.state == kFormerState ? Status{} : restingStatus(source);
 }
 
-QString timeLeftText(std::int32_t seconds)
+QString timeLeftText(std::int32_t secondsLeft)
 {
-    if (seconds == tasks::kUnknownSecondsLeft) {
+    if (secondsLeft == tasks::kUnknownSecondsLeft) {
         return u"Unknown"_s;
     }
-    constexpr std::int32_t kMinute = 60;
-    constexpr std::int32_t kHour = 3'600;
+    constexpr std::uint32_t kMinute = 60;
+    constexpr std::uint32_t kHour = 3'600;
+    const auto seconds = static_cast<std::uint32_t>(secondsLeft);
     return u"%1:%2:%3"_s.arg(seconds / kHour).arg(seconds % kHour / kMinute).arg(seconds % kMinute);
 }
 
@@ -159,13 +171,17 @@ std::optional<int> barOf(const RowSource &source)
 {
     constexpr int kWhole = 10'000;
     constexpr int kHundredths = 100;
-    if (source.state == TaskState::Completed && source.convertingPercent) {
-        return std::clamp(*source.convertingPercent * kHundredths, 0, kWhole);
+    if (isShownCompleted(source) && source.convertingPercent) {
+        return std::clamp(*source.convertingPercent, 0, kHundredths) * kHundredths;
     }
-    if (source.state != TaskState::Downloading || source.progress.secondsLeft == kShowsMegabytes) {
+    const float reached = source.progress.percentHundredths;
+    // Without a size there is nothing to be a part of; a stream may still tell its percentage.
+    const bool isPart = source.record.dwSize != tasks::kUnknownSize || reached > 0;
+    if (source.state != TaskState::Downloading || !isPart ||
+        source.progress.secondsLeft == kShowsMegabytes) {
         return std::nullopt;
     }
-    return std::clamp(static_cast<int>(source.progress.percentHundredths), 0, kWhole);
+    return static_cast<int>(std::clamp(reached, 0.F, static_cast<float>(kWhole)));
 }
 
 } // namespace
@@ -190,7 +206,8 @@ QString translatedStatus(QString text, const TextLookup &texts)
 RowText rowText(const RowSource &source, const TextLookup &texts)
 {
     const Status status = statusOf(source);
-    RowText row{.number = QString::number(source.ordinal + 1),
+    RowText row{.path = source.record.outputPath(),
+                .number = QString::number(source.ordinal + 1),
                 .name = source.record.strOutputName,
                 .size = sizeText(source),
                 .status = translatedStatus(status.line, texts),

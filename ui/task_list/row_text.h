@@ -32,6 +32,7 @@ struct RowSource {
 
 /// The texts of one row, cell by cell.
 struct RowText {
+    QString path{}; ///< of the downloaded file
     QString number{};
     QString name{};
     QString size{};

@@ -1,6 +1,6 @@
 #include "ui/task_list/task_list_model.h"
 
-#include "ui/task_list/row_painter.h"
+#include "ui/task_list/list_columns.h"
 
 namespace tollivar::ui {
 
@@ -32,9 +32,10 @@ QString cellText(const RowText &row, ListColumn column)
 
 } // namespace
 
-TaskListModel::TaskListModel(RowReader reader, QObject *parent)
+TaskListModel::TaskListModel(RowReader reader, NameReader names, QObject *parent)
     : QAbstractTableModel(parent)
     , m_reader(std::move(reader))
+    , m_names(std::move(names))
 {
 }
 
@@ -69,12 +70,23 @@ int TaskListModel::columnCount(const QModelIndex &parent) const
 
 QVariant TaskListModel::data(const QModelIndex &index, int role) const
 {
-    const bool isText =
-        role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::AccessibleTextRole;
+    const bool isText = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
     if (!index.isValid() || !isText) {
         return {};
     }
     return cellText(m_reader(index.row()), static_cast<ListColumn>(index.column()));
+}
+
+QModelIndexList TaskListModel::match(const QModelIndex &start, int /*role*/, const QVariant &value,
+                                     int /*hits*/, Qt::MatchFlags /*flags*/) const
+{
+    const QString typed = value.toString();
+    for (int step = 0; step < m_count; ++step) {
+        const int row = (std::max(0, start.row()) + step) % m_count;
+        if (m_names(row).startsWith(typed, Qt::CaseInsensitive))
+            return {index(row, static_cast<int>(ListColumn::Name))};
+    }
+    return {};
 }
 
 QVariant TaskListModel::headerData(int section, Qt::Orientation orientation, int role) const
