@@ -83,7 +83,8 @@ ui::WindowServices Program::windowServices()
 void Program::connectWindow()
 {
     CTollivarDlg *window = m_window.get();
-    QObject::connect(window, &CTollivarDlg::exitWanted, window, [] { QApplication::quit(); });
+    // quit() would ask the window to close, which hides it and ends nothing.
+    QObject::connect(window, &CTollivarDlg::exitWanted, window, [] { QApplication::exit(); });
     QObject::connect(window, &CTollivarDlg::homePageWanted, window,
                      [] { platform::openAddress(QString(platform::build::kHomePage)); });
     QObject::connect(window, &CTollivarDlg::browserWanted, window,

@@ -2,6 +2,8 @@
 
 #include "ui/skin/control_class.h"
 
+#include <algorithm>
+
 namespace tollivar::ui {
 
 namespace {
@@ -22,7 +24,7 @@ HitArea edgeAt(QPoint position, QSize window, const QMargins &sizeBox, QSize rou
     const bool isBottom = position.y() >= window.height() - sizeBox.bottom();
     Qt::Edges edges = sideAt(position.x(), window.width(), sizeBox);
     if (isTop || isBottom) {
-        const int reach = roundCorner.width();
+        const int reach = std::max(0, roundCorner.width());
         edges = sideAt(position.x(), window.width(), sizeBox + QMargins(reach, 0, reach, 0));
         edges |= isTop ? Qt::TopEdge : Qt::BottomEdge;
     }

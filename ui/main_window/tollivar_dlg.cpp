@@ -644,12 +644,12 @@ void CTollivarDlg::closeEvent(QCloseEvent *event)
         hide();
         return;
     }
-    // Hidden without a tray icon, the window could never be found again.
-    showMinimized();
     if (!m_hasToldAboutTray) {
         m_hasToldAboutTray = true;
         QMessageBox::information(this, kProgram, text(u"strNoTray"));
     }
+    // Hidden without a tray icon, the window could never be found again.
+    showMinimized();
 }
 
 void CTollivarDlg::reject()

@@ -32,6 +32,13 @@ public:
         if (!readElement(root, 1)) {
             return tl::unexpected(m_problem);
         }
+        // What follows the root has to be well-formed too.
+        while (!m_xml.atEnd()) {
+            m_xml.readNext();
+        }
+        if (m_xml.hasError()) {
+            return tl::unexpected(brokenForm());
+        }
         return root;
     }
 
