@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QToolButton>
@@ -160,10 +161,16 @@ void CAddTaskDlg::checkVideoSite()
 void CAddTaskDlg::showMore(bool isExpanded)
 {
     m_isExpanded = isExpanded;
-    control<QWidget>("convertOptions"_L1).setVisible(isExpanded);
+    auto &options = control<QWidget>("convertOptions"_L1);
+    options.setVisible(isExpanded);
     control<QToolButton>("btnMore"_L1)
         .setText(m_texts.text(isExpanded ? u"strLess"_s : u"strMore"_s));
     const QSize bound = isExpanded ? paintManager().GetMaxInfo() : paintManager().GetMinInfo();
+    // What was hidden or shown counts for the smallest size only after a new layout, which comes
+    // by itself no earlier than with the next events.
+    options.parentWidget()->layout()->invalidate();
+    options.parentWidget()->updateGeometry();
+    layout()->activate();
     resize(width(), bound.height());
 }
 

@@ -158,8 +158,9 @@ void CTollivarDlg::bindKeys()
         connect(shortcut, &QShortcut::activated, this, action);
     };
     bind(QKeySequence::New, [this] { openAddTask({}); });
-    bind(QKeySequence::Paste,
-         [this] { offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData())); });
+    bind(QKeySequence::Paste, [this] {
+        offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()), AddressOrigin::Dropped);
+    });
     bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
     bind(QKeySequence(Qt::Key_F6), [this] { m_commands.stopSelected(); });
     bind(QKeySequence::Quit, [this] { Q_EMIT exitWanted(); });
@@ -431,8 +432,11 @@ void CTollivarDlg::addCaptured(const CapturedMedia &media)
     addNewTask(task);
 }
 
-void CTollivarDlg::offerAddress(const QString &address)
+void CTollivarDlg::offerAddress(const QString &address, AddressOrigin origin)
 {
+    if (origin == AddressOrigin::Clipboard && m_copiedText.startsWith(address)) {
+        return;
+    }
     if (openAddTask(address) == DialogResult::Accepted && m_minimisesAfterCapture) {
         showMinimized();
     }
@@ -705,7 +709,7 @@ void CTollivarDlg::dropEvent(QDropEvent *event)
     const QString address = addressIn(*event->mimeData());
     event->acceptProposedAction();
     // The program that drags waits for our answer, and must not wait for a dialog.
-    QTimer::singleShot(0, this, [this, address] { offerAddress(address); });
+    QTimer::singleShot(0, this, [this, address] { offerAddress(address, AddressOrigin::Dropped); });
 }
 
 } // namespace tollivar::ui

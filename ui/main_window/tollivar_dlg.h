@@ -21,6 +21,9 @@ namespace tollivar::ui {
 class CAddTaskDlg;
 class MainMenus;
 
+/// Where an offered address comes from.
+enum class AddressOrigin { Dropped, Clipboard };
+
 /// The program's one main window: the place where commands, messages and task events meet. It holds
 /// no task data; the manager does.
 ///
@@ -50,8 +53,10 @@ public:
     void addNewTask(const tasks::TaskInfo &task);
     /// A text of the capture browser: each medium in it is offered as a task.
     void addCapturedText(const QString &text);
-    /// A dropped or copied address: offered as a task.
-    void offerAddress(const QString &address);
+    /// An address that is ready: offered as a task, unless we copied it ourselves.
+    void offerAddress(const QString &address, AddressOrigin origin);
+    /// Does what the entry of a menu does.
+    void runCommand(int command);
     /// What the program itself put on the clipboard last.
     [[nodiscard]] QString copiedText() const { return m_copiedText; }
     /// Comes to the front, wherever it was.
@@ -107,7 +112,6 @@ private:
     void bindKeys();
     void handle(const platform::AppMessage &message);
     void handleClick(const QString &name);
-    void runCommand(int command);
     void runOnSelected(int command);
     void takeCapturedTexts();
     void addCaptured(const CapturedMedia &media);
