@@ -25,6 +25,8 @@ void paintBack(QPainter &painter, const QRect &area, int height)
     QLinearGradient gradient(0, 0, 0, height);
     gradient.setColorAt(0, kTop);
     gradient.setColorAt(1, kBottom);
+    if (area.isEmpty())
+        return;
     painter.fillRect(area, gradient);
     painter.fillRect(
         QRect(area.left(), height - kBottomLineHeight, area.width(), kBottomLineHeight),
@@ -70,24 +72,23 @@ void CHeaderCtrlEx::showOrder(tasks::TaskOrder order)
 
 void CHeaderCtrlEx::paintEvent(QPaintEvent *event)
 {
-    {
-        // The part to the right of the last column looks like the columns.
-        QPainter painter(viewport());
-        paintBack(painter, viewport()->rect(), height());
-    }
     QHeaderView::paintEvent(event);
+    // The part to the right of the last column looks like the columns.
+    QPainter painter(viewport());
+    const int end = length() - offset();
+    paintBack(painter, viewport()->rect().adjusted(end, 0, 0, 0), height());
 }
 
 void CHeaderCtrlEx::paintSection(QPainter *painter, const QRect &section, int column) const
 {
     constexpr int kArrowSide = 7;
-    constexpr int kBesideArrow = 6;
+    constexpr int kBesideArrow = 3;
     painter->save();
     painter->setClipRect(section);
     paintBack(*painter, section, height());
     painter->fillRect(QRect(section.right() - 1, section.top(), 1, section.height()), kSeparator);
     painter->fillRect(QRect(section.right(), section.top(), 1, section.height()), kSeparatorLight);
-    QRect text = section.adjusted(kTextIndent, 0, -kTextIndent, -kBottomLineHeight);
+    QRect text = section.adjusted(kTextIndent, 0, -kBesideArrow, -kBottomLineHeight);
     if (column == m_sortColumn && m_sortDirection != SortDirection::None) {
         const QRect arrow(text.right() - kArrowSide, text.center().y() - kArrowLines / 2 + 1,
                           kArrowSide, kArrowLines);

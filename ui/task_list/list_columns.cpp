@@ -8,17 +8,17 @@ namespace {
 
 struct Column {
     QStringView heading;
-    int width; ///< pixels
-    int share; ///< of what a wider list has beyond all widths, in percent
+    int width;       ///< pixels
+    int comfortable; ///< holds what the column mostly shows without cutting it
 };
 
 constexpr std::array<Column, kListColumnCount> kColumns = {{
-    {u"strColNum", 40, 2},
-    {u"strColName", 180, 45},
-    {u"strColStatus", 150, 25},
-    {u"strColSpeed", 70, 8},
-    {u"strColTarget", 60, 4},
-    {u"strColMode", 60, 16},
+    {u"strColNum", 40, 44},
+    {u"strColName", 180, 235},
+    {u"strColStatus", 150, 245},
+    {u"strColSpeed", 70, 100},
+    {u"strColTarget", 60, 64},
+    {u"strColMode", 60, 124},
 }};
 
 constexpr auto kName = static_cast<std::size_t>(ListColumn::Name);
@@ -32,19 +32,24 @@ QStringView headingId(ListColumn column)
 
 std::array<int, kListColumnCount> columnWidths(int available)
 {
-    constexpr int kPercent = 100;
-    int extra = available;
-    for (const Column &column : kColumns)
-        extra -= column.width;
-    extra = std::max(0, extra);
-    std::array<int, kListColumnCount> widths{};
-    int rest = extra;
-    for (std::size_t i = 0; i < widths.size(); ++i) {
-        const int share = extra * kColumns[i].share / kPercent;
-        widths[i] = kColumns[i].width + share;
-        rest -= share;
+    int spare = available;
+    int wanted = 0;
+    for (const Column &column : kColumns) {
+        spare -= column.width;
+        wanted += column.comfortable - column.width;
     }
-    widths[kName] += rest;
+    spare = std::max(0, spare);
+    const int growth = std::min(spare, wanted);
+    std::array<int, kListColumnCount> widths{};
+    // Shared out by the columns' edges, so that a resize moves none of them to and fro.
+    int wantedSoFar = 0;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        const auto &[heading, width, comfortable] = kColumns[i];
+        const int before = wantedSoFar * growth / wanted;
+        wantedSoFar += comfortable - width;
+        widths[i] = width + wantedSoFar * growth / wanted - before;
+    }
+    widths[kName] += spare - growth;
     return widths;
 }
 

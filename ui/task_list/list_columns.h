@@ -14,8 +14,8 @@ inline constexpr std::size_t kListColumnCount = 6;
 /// Id of the column's heading among the texts.
 [[nodiscard]] QStringView headingId(ListColumn column);
 
-/// The width of each column in a list of so many pixels: the columns' own, and what a wider list
-/// has beyond them shared out, most of it to names and statuses.
+/// The width of each column in a list of so many pixels: the columns' own, then as much as makes
+/// their texts fit, and the rest to the names.
 [[nodiscard]] std::array<int, kListColumnCount> columnWidths(int available);
 
 } // namespace tollivar::ui

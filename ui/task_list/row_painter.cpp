@@ -116,7 +116,7 @@ void paintBadge(QPainter &painter, const QRect &cell, const QString &type)
     gradient.setColorAt(1, bottom);
     painter.fillRect(badge, gradient);
     paintFrame(painter, badge, kBadgeFrame);
-    const QRect inner = badge.adjusted(1, 0, -1, 0);
+    const QRect inner = badge.adjusted(2, 0, -2, 0);
     painter.save();
     painter.setClipRect(badge);
     painter.setFont(badgeFont(painter.font(), type, inner.width()));
