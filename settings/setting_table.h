@@ -30,6 +30,9 @@ inline constexpr Setting kLanguage{kWindowSection, QLatin1StringView("LANGUAGE")
                                    QLatin1StringView("")};
 inline constexpr Setting kTrayInfoShowTime{kWindowSection, QLatin1StringView("TRAYINFO_SHOWTIME"),
                                            SettingType::Number, QLatin1StringView("0")};
+/// Where the drop zone floats, "x,y" on the screen; empty: in the upper right corner.
+inline constexpr Setting kDropZonePlace{kWindowSection, QLatin1StringView("DROPZONE_PLACE"),
+                                        SettingType::Text, QLatin1StringView("")};
 inline constexpr Setting kOpenFolder{kWindowSection, QLatin1StringView("OPEN_FOLDER"),
                                      SettingType::Flag, kFalse};
 inline constexpr Setting kOverwriteExist{kWindowSection, QLatin1StringView("OVERWRITE_EXIST"),
@@ -61,6 +64,7 @@ inline constexpr std::array kSettingTable = {
     keys::kLastFolder,
     keys::kLanguage,
     keys::kTrayInfoShowTime,
+    keys::kDropZonePlace,
     keys::kOpenFolder,
     keys::kOverwriteExist,
     keys::kNoRemindFlashVersion,

@@ -16,6 +16,7 @@ OUTSIDE = {
     r"^sqlite3\.h$": "PkgConfig::SQLITE",
     r"^curl/": "PkgConfig::CURL",
     r"^librtmp/": "PkgConfig::RTMP",
+    r"^canberra\.h$": "PkgConfig::CANBERRA",
     r"^xcb/": "PkgConfig::XCB",
     r"^zip\.h$": "PkgConfig::ZIP",
     r"^(QLocalServer|QLocalSocket|QTcp|QUdp|QHost|QNetwork|QSsl|QAbstractSocket)": "Qt6::Network",

@@ -89,6 +89,10 @@ constexpr std::array kTexts = {
     BuiltInText{u"strNoTray",
                 u"This desktop has no notification area, so the window is minimized instead. Use "
                 u"\"Exit\" to close the program."},
+    BuiltInText{u"strNoClipboardWatch",
+                u"On this desktop the clipboard cannot be watched in the background."},
+    BuiltInText{u"strNoConverter", u" Quenmoor Converter has not been installed, please install it "
+                                   u"with the setup package."},
     BuiltInText{u"strConvertFailed", u"Conversion failed"},
     BuiltInText{u"strStartAnother",
                 u"Another Tollivar is working on the tasks. Try again when it has finished."},

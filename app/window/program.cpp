@@ -5,12 +5,18 @@
 #include "app/task_request.h"
 #include "app/window/captured_tasks.h"
 #include "platform/build_config.h"
+#include "platform/file_ops.h"
+#include "platform/flash_version.h"
 #include "platform/open_external.h"
 #include "platform/paths.h"
 #include "platform/single_instance.h"
+#include "ui/dialogs/cant_play_dlg.h"
+#include "ui/dialogs/settings_dialog.h"
+#include "ui/notify/task_notify_dlg.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QScreen>
 
 namespace tollivar::app {
 
@@ -23,6 +29,9 @@ namespace {
 /// Asks for a start without a window, as a desktop's list of programs to begin with can do.
 constexpr auto kHiddenVariable = "TOLLIVAR_START_HIDDEN";
 
+/// The exit status when somebody asks for the end a second time.
+constexpr int kInterruptedTwice = 3;
+
 } // namespace
 
 Program::Program(Engine &engine, const settings::SettingsStore &settings, const DataPaths &paths)
@@ -31,6 +40,7 @@ Program::Program(Engine &engine, const settings::SettingsStore &settings, const 
     , m_paths(paths)
     , m_options(m_settings)
     , m_languages(m_settings, platform::programDirectory() + u"/Language"_s)
+    , m_inbox([this](const platform::AppMessage &message) { takeAddress(message); })
 {
     m_options.LoadAll();
     m_languages.load();
@@ -38,7 +48,13 @@ Program::Program(Engine &engine, const settings::SettingsStore &settings, const 
     m_engine.onEvent([this](std::uint32_t task, tasks::TaskEventCode code) {
         m_window->onTaskEvent(task, code);
     });
+    m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port());
+    QObject::connect(m_dropZone.get(), &ui::CDragDlg::doubleClicked, m_window.get(),
+                     &CTollivarDlg::showAndActivate);
+    placeDropZone();
     connectWindow();
+    connectCompanions();
+    applyOptions();
     listen();
 }
 
@@ -76,7 +92,11 @@ ui::WindowServices Program::windowServices()
                 return newTask({.address = address, .folder = m_settings.GetLastFolder()});
             },
         .readCapturedText = readCapturedMedia,
-        .wantsFlashNote = {},
+        .wantsFlashNote =
+            [this] {
+                return !m_settings.flag(settings::keys::kNoRemindFlashVersion) &&
+                       !ui::isNewEnough(m_flash);
+            },
     };
 }
 
@@ -87,6 +107,24 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::exitWanted, window, [] { QApplication::exit(); });
     QObject::connect(window, &CTollivarDlg::homePageWanted, window,
                      [] { platform::openAddress(QString(platform::build::kHomePage)); });
+    QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
+    QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
+    QObject::connect(window, &CTollivarDlg::taskCompleted, window,
+                     [this](const tasks::TaskInfo &task) { showCompleted(task); });
+    QObject::connect(window, &CTollivarDlg::dropZoneToggled, window,
+                     [this] { m_dropZone->setVisible(!m_dropZone->isVisible()); });
+    QObject::connect(window, &CTollivarDlg::activatedByPerson, m_dropZone.get(), [this] {
+        if (m_dropZone->isVisible()) {
+            m_dropZone->raise();
+        }
+    });
+    QObject::connect(window, &CTollivarDlg::conversionWanted, window,
+                     [this](const tasks::TaskInfo &task) { convert(task.outputPath()); });
+}
+
+void Program::connectCompanions()
+{
+    CTollivarDlg *window = m_window.get();
     QObject::connect(window, &CTollivarDlg::browserWanted, window,
                      [] { platform::startCompanion(u".\\SniffBrowser.exe"_s); });
     QObject::connect(window, &CTollivarDlg::webPageWanted, window, [](const QString &address) {
@@ -101,6 +139,93 @@ void Program::connectWindow()
     QObject::connect(
         window, &CTollivarDlg::folderWanted, window,
         [](const QString & /*folder*/, const QString &path) { platform::revealFile(path); });
+}
+
+const settings::CGeneralOptions &Program::generalOptions() const
+{
+    return dynamic_cast<const settings::CGeneralOptions &>(
+        *m_options.Get(settings::COptionsManager::kGeneral));
+}
+
+void Program::openSettings()
+{
+    const ui::WindowTexts texts = windowTexts();
+    ui::CSettingsDialog dialog(m_window.get(), m_options, texts);
+    QObject::connect(&dialog, &ui::CSettingsDialog::optionsChanged, m_window.get(),
+                     [this] { applyOptions(); });
+    dialog.exec();
+}
+
+void Program::applyOptions()
+{
+    const auto &options = generalOptions();
+    m_engine.manager().setMaximumDownloads(std::max(options.m_nMaxSimDownloads, 1));
+    m_engine.manager().setMaximumRetries(options.m_nMaxRetry);
+    m_window->applyOptions();
+    m_dropZone->setMonitoring(options.m_bMonitorUrl);
+    m_dropZone->setVisible(options.m_bShowDragZone);
+}
+
+void Program::showPlayerHelp()
+{
+    const ui::WindowTexts texts = windowTexts();
+    auto *dialog =
+        new ui::CCantPlayDlg(m_window.get(), m_settings, texts, platform::flashPlayerVersion());
+    QObject::connect(dialog, &ui::CCantPlayDlg::upgradeWanted, m_window.get(), [] {
+        platform::startCompanion(u".\\SniffBrowser.exe"_s,
+                                 {u"-url"_s, QString(platform::build::kFlashPage)});
+    });
+    QObject::connect(dialog, &ui::CCantPlayDlg::choiceStored, m_window.get(),
+                     [this] { m_window->port().post(platform::AppMessageId::FlashNote, 0, 0); });
+    dialog->show();
+}
+
+void Program::showCompleted(const tasks::TaskInfo &task)
+{
+    m_sound.play(platform::programDirectory() + u"/sound/sound.wav"_s);
+    auto *popup = new ui::CTaskNotifyDlg(
+        {task.strOutputFolder, task.strOutputName, task.strFileType}, windowTexts().dialog);
+    QObject::connect(popup, &ui::CTaskNotifyDlg::playWanted, m_window.get(),
+                     &CTollivarDlg::playerWanted);
+    QObject::connect(popup, &ui::CTaskNotifyDlg::folderWanted, m_window.get(),
+                     &CTollivarDlg::folderWanted);
+    QObject::connect(popup, &ui::CTaskNotifyDlg::conversionWanted, m_window.get(),
+                     [this](const QString &path) { convert(path); });
+    popup->showFor({});
+}
+
+void Program::placeDropZone()
+{
+    constexpr int kFromEdge = 24;
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    const auto place = m_settings.text(settings::keys::kDropZonePlace).split(u',');
+    const QPoint wanted(place.value(0).toInt(), place.value(1).toInt());
+    const bool isUsable = place.size() == 2 && area.contains(wanted);
+    m_dropZone->move(
+        isUsable ? wanted
+                 : QPoint(area.right() - m_dropZone->width() - kFromEdge, area.top() + kFromEdge));
+    QObject::connect(m_dropZone.get(), &ui::CDragDlg::moveEnded, m_window.get(),
+                     [this](QPoint moved) {
+                         m_settings.setText(settings::keys::kDropZonePlace,
+                                            u"%1,%2"_s.arg(moved.x()).arg(moved.y()));
+                     });
+}
+
+void Program::convert(const QString &path)
+{
+    if (!platform::startCompanion(u".\\quenmoor.exe"_s, {u"-file"_s, path})) {
+        QMessageBox::question(m_window.get(), QString(platform::build::kProductName),
+                              m_languages.text(u"strNoConverter"_s), QMessageBox::Ok);
+    }
+}
+
+void Program::takeAddress(const platform::AppMessage &message)
+{
+    if (message.id == platform::AppMessageId::AddressReady) {
+        m_window->offerAddress(m_dropZone->receivedText(), message.first == 1
+                                                               ? ui::AddressOrigin::Clipboard
+                                                               : ui::AddressOrigin::Dropped);
+    }
 }
 
 void Program::listen()
@@ -157,6 +282,8 @@ void Program::start(const QStringList &arguments)
     m_window->start(qEnvironmentVariableIntValue(kHiddenVariable) != 0
                         ? CTollivarDlg::Appearance::Hidden
                         : CTollivarDlg::Appearance::Shown);
+    m_interrupt =
+        std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
     if (const auto address = addressOf(arguments)) {
         m_window->addAddress(*address);
     }
@@ -165,9 +292,12 @@ void Program::start(const QStringList &arguments)
 void Program::shutDown()
 {
     m_window->leaveScreen();
+    m_dropZone->hide();
+    ui::CTaskNotifyDlg::closeAll();
     m_engine.manager().shutDown();
     m_engine.onEvent({});
     m_messages.reset();
+    m_dropZone.reset();
     m_window.reset();
 }
 

@@ -3,9 +3,15 @@
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
+#include "platform/flash_version.h"
+#include "platform/interrupt.h"
 #include "platform/local_messages.h"
+#include "platform/message_port.h"
+#include "platform/sound.h"
+#include "settings/general_options.h"
 #include "settings/options_manager.h"
 #include "settings/settings_store.h"
+#include "ui/drop_zone/drag_dlg.h"
 #include "ui/main_window/tollivar_dlg.h"
 
 #include <QStringList>
@@ -34,6 +40,15 @@ public:
 
 private:
     void connectWindow();
+    void connectCompanions();
+    void openSettings();
+    void applyOptions();
+    void showPlayerHelp();
+    void showCompleted(const tasks::TaskInfo &task);
+    void convert(const QString &path);
+    void placeDropZone();
+    void takeAddress(const platform::AppMessage &message);
+    [[nodiscard]] const settings::CGeneralOptions &generalOptions() const;
     void listen();
     void takeMessage(platform::CopyDataId id, const QByteArray &payload);
     void addTasks(const QByteArray &requests);
@@ -45,7 +60,12 @@ private:
     DataPaths m_paths;
     settings::COptionsManager m_options;
     language::Languages m_languages;
+    platform::FlashVersion m_flash = platform::flashPlayerVersion();
+    platform::Sound m_sound;
+    platform::AppMessageInbox m_inbox;
     std::unique_ptr<ui::CTollivarDlg> m_window;
+    std::unique_ptr<ui::CDragDlg> m_dropZone;
+    std::unique_ptr<platform::InterruptWatch> m_interrupt;
     std::unique_ptr<platform::LocalMessageServer> m_messages;
 };
 

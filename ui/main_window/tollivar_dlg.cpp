@@ -578,8 +578,9 @@ void CTollivarDlg::showAbout()
 void CTollivarDlg::showFlashNote()
 {
     const bool isWanted = m_services.wantsFlashNote && m_services.wantsFlashNote();
-    control<DuiLib::CTextUI>("textCaption"_L1)
-        .setMarkup(isWanted ? text(u"strNoteFlashOld") : u"{b}"_s + kProgram + u"{/b}"_s);
+    auto &caption = control<DuiLib::CTextUI>("textCaption"_L1);
+    caption.setLinkColors(Qt::white, QColor(0xD6, 0xE6, 0xF8));
+    caption.setMarkup(isWanted ? text(u"strNoteFlashOld") : u"{b}"_s + kProgram + u"{/b}"_s);
 }
 
 void CTollivarDlg::refreshCaptions()

@@ -1,0 +1,129 @@
+#include "tests/support/window_driver.h"
+#include "tests/ui/window_world.h"
+#include "ui/dialogs/settings_dialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+
+#include <gtest/gtest.h>
+
+namespace tollivar::ui {
+
+using namespace Qt::StringLiterals;
+using settings::CGeneralOptions;
+using settings::COptionsManager;
+
+class SettingsDialogTest : public ::testing::Test {
+protected:
+    CSettingsDialog &open()
+    {
+        m_options.LoadAll();
+        m_dialog = std::make_unique<CSettingsDialog>(nullptr, m_options, m_texts);
+        m_dialog->show();
+        return *m_dialog;
+    }
+
+    QCheckBox &box(const QString &name) { return *test::control<QCheckBox>(*m_dialog, name); }
+    QComboBox &list(const QString &name) { return *test::control<QComboBox>(*m_dialog, name); }
+    void choose(const QString &name, int item)
+    {
+        list(name).setCurrentIndex(item);
+        Q_EMIT list(name).activated(item);
+    }
+    void click(const QString &name) { test::click(*test::control(*m_dialog, name)); }
+    CGeneralOptions stored()
+    {
+        CGeneralOptions options(m_world.settings());
+        options.Load();
+        return options;
+    }
+
+    test::WindowWorld m_world;
+    COptionsManager m_options{m_world.settings()};
+    WindowTexts m_texts = m_world.texts();
+    std::unique_ptr<CSettingsDialog> m_dialog;
+};
+
+TEST_F(SettingsDialogTest, showsWhatIsStored)
+{
+    m_world.settings().setNumber(settings::keys::kMaxSimDownloads, 1);
+    m_world.settings().setNumber(settings::keys::kMaxRetry, 0);
+    m_world.settings().setNumber(settings::keys::kCheckUpdate, 2);
+    m_world.settings().setFlag(settings::keys::kShowDragZone, false);
+    open();
+    EXPECT_EQ(list(u"cbSimDownloads"_s).currentIndex(), 0);
+    EXPECT_EQ(list(u"cbSimDownloads"_s).currentText(), u"1"_s);
+    EXPECT_EQ(list(u"cbRetryTime"_s).currentIndex(), 0);
+    EXPECT_EQ(list(u"cbRetryTime"_s).currentText(), u"0"_s);
+    EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), 2);
+    EXPECT_TRUE(box(u"chkUpdates"_s).isChecked());
+    EXPECT_FALSE(box(u"chkDragDrop"_s).isChecked());
+}
+
+TEST_F(SettingsDialogTest, okStoresWhatWasChanged)
+{
+    CSettingsDialog &dialog = open();
+    QSignalSpy changed(&dialog, &CSettingsDialog::optionsChanged);
+    choose(u"cbSimDownloads"_s, 19);
+    choose(u"cbRetryTime"_s, 10);
+    choose(u"cbUpdatesMode"_s, 0);
+    box(u"chkDragDrop"_s).click();
+    box(u"chkMinizeDrag"_s).click();
+    box(u"chkRetryParse"_s).click();
+    click(u"btnOK"_s);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(stored().m_nMaxSimDownloads, 20);
+    EXPECT_EQ(stored().m_nMaxRetry, 10);
+    EXPECT_EQ(stored().m_nCheckUpdate, 0);
+    EXPECT_FALSE(stored().m_bShowDragZone);
+    EXPECT_TRUE(stored().m_bMinimizeDragTask);
+    EXPECT_FALSE(stored().m_bAutoParseOriUrl);
+}
+
+TEST_F(SettingsDialogTest, cancelAndCloseLeaveTheStoredOptionsUntouched)
+{
+    for (const QString &button : {u"btnCancel"_s, u"btnClose"_s}) {
+        open();
+        choose(u"cbSimDownloads"_s, 7);
+        box(u"chkDragDrop"_s).click();
+        click(button);
+        EXPECT_EQ(stored().m_nMaxSimDownloads, 5);
+        EXPECT_TRUE(stored().m_bShowDragZone);
+        EXPECT_EQ(m_dialog->result(), QDialog::Rejected);
+    }
+}
+
+TEST_F(SettingsDialogTest, choosingNeverLocksTheListUntilTheCheckBoxFreesIt)
+{
+    m_world.settings().setNumber(settings::keys::kCheckUpdate, 2);
+    open();
+    choose(u"cbUpdatesMode"_s, 3);
+    EXPECT_FALSE(box(u"chkUpdates"_s).isChecked());
+    EXPECT_FALSE(list(u"cbUpdatesMode"_s).isEnabled());
+    const auto *items = qobject_cast<QStandardItemModel *>(list(u"cbUpdatesMode"_s).model());
+    EXPECT_FALSE(items->item(3)->isEnabled());
+    box(u"chkUpdates"_s).click();
+    EXPECT_TRUE(list(u"cbUpdatesMode"_s).isEnabled());
+    EXPECT_TRUE(items->item(3)->isEnabled());
+    EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), 1);
+    box(u"chkUpdates"_s).click();
+    EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), 3);
+    click(u"btnOK"_s);
+    EXPECT_EQ(stored().m_nCheckUpdate, 3);
+}
+
+TEST_F(SettingsDialogTest, aNumberBeyondTheListIsShownAndKept)
+{
+    m_world.settings().setNumber(settings::keys::kMaxSimDownloads, 77);
+    m_world.settings().setNumber(settings::keys::kMaxRetry, -2);
+    open();
+    EXPECT_EQ(list(u"cbSimDownloads"_s).currentText(), u"77"_s);
+    EXPECT_EQ(list(u"cbRetryTime"_s).currentText(), u"-2"_s);
+    click(u"btnOK"_s);
+    EXPECT_EQ(stored().m_nMaxSimDownloads, 77);
+    EXPECT_EQ(stored().m_nMaxRetry, -2);
+}
+
+} // namespace tollivar::ui

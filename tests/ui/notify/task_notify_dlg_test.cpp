@@ -1,0 +1,128 @@
+#include "tests/support/wait_until.h"
+#include "tests/support/window_driver.h"
+#include "ui/notify/task_notify_dlg.h"
+#include "ui/skin/paint_manager.h"
+#include "ui/skin/text_ui.h"
+
+#include <QPointer>
+#include <QScreen>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace tollivar::ui {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr NotifyTimes kQuick{20ms, 20ms, 20ms, 40};
+constexpr NotifyTimes kStaying{20ms, 1h, 20ms, 40};
+
+} // namespace
+
+class TaskNotifyDlgTest : public ::testing::Test {
+protected:
+    void SetUp() override { DuiLib::CPaintManagerUI::SetInstance(); }
+    void TearDown() override { CTaskNotifyDlg::closeAll(); }
+
+    static CTaskNotifyDlg *make(const QString &name = u"a clip"_s)
+    {
+        return new CTaskNotifyDlg({u"/videos/"_s, name, u".mp4"_s},
+                                  [](const QString &, const QString &) { return QString(); });
+    }
+    static QRect workArea() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+    static bool hasArrived(const CTaskNotifyDlg &popup, int place)
+    {
+        const int bottom = workArea().bottom() + 1 - place * (popup.height() + 8);
+        return popup.y() + popup.height() == bottom;
+    }
+};
+
+TEST_F(TaskNotifyDlgTest, namesTheFileAsALink)
+{
+    const std::unique_ptr<CTaskNotifyDlg> popup(make(u"<b>clip"_s));
+    EXPECT_EQ(test::control<DuiLib::CTextUI>(*popup, u"textFileName"_s)->markup(),
+              u"{a}<b>clip.mp4{/a}"_s);
+}
+
+TEST_F(TaskNotifyDlgTest, slidesInStaysAndSlidesOutByItself)
+{
+    const QPointer<CTaskNotifyDlg> popup = make();
+    popup->showFor(kQuick);
+    EXPECT_EQ(popup->y(), workArea().bottom() + 1);
+    EXPECT_EQ(popup->x() + popup->width(), workArea().right() + 1);
+    test::waitUntil("the popup is gone", [&popup] { return popup.isNull(); });
+    EXPECT_EQ(CTaskNotifyDlg::newest(), nullptr);
+}
+
+TEST_F(TaskNotifyDlgTest, neverTakesTheFocus)
+{
+    const CTaskNotifyDlg *popup = make();
+    EXPECT_TRUE(popup->testAttribute(Qt::WA_ShowWithoutActivating));
+    EXPECT_TRUE(popup->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    delete popup;
+}
+
+TEST_F(TaskNotifyDlgTest, twoStandAboveOneAnotherAndCloseOnTheirOwn)
+{
+    const QPointer<CTaskNotifyDlg> first = make();
+    const QPointer<CTaskNotifyDlg> second = make();
+    first->showFor(kStaying);
+    second->showFor(kStaying);
+    EXPECT_EQ(CTaskNotifyDlg::newest(), second);
+    EXPECT_EQ(second->older(), first);
+    test::waitUntil("both stand", [&] { return hasArrived(*first, 0) && hasArrived(*second, 1); });
+    EXPECT_FALSE(first->geometry().intersects(second->geometry()));
+    test::click(*test::control(*first, u"btnClose"_s));
+    test::waitUntil("the first is gone", [&first] { return first.isNull(); });
+    EXPECT_EQ(CTaskNotifyDlg::newest(), second);
+    EXPECT_EQ(second->older(), nullptr);
+    CTaskNotifyDlg *third = make();
+    third->showFor(kStaying);
+    test::waitUntil("the third takes the free place", [third] { return hasArrived(*third, 0); });
+}
+
+TEST_F(TaskNotifyDlgTest, staysWhileTheMouseIsOverIt)
+{
+    const QPointer<CTaskNotifyDlg> popup = make();
+    popup->showFor({20ms, 300ms, 20ms, 40});
+    test::waitUntil("it stands", [&popup] { return hasArrived(*popup, 0); });
+    QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+    QApplication::sendEvent(popup, &enter);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(popup, &leave);
+    test::waitUntil("it leaves when the mouse does", [&popup] { return popup.isNull(); });
+}
+
+TEST_F(TaskNotifyDlgTest, whatIsClickedIsAskedForAndClosesIt)
+{
+    struct Case {
+        QString button;
+        int play, folder, convert;
+    };
+    for (const auto &[button, play, folder, convert] :
+         {Case{u"textFileName"_s, 1, 0, 0}, Case{u"btnOpenFolder"_s, 0, 1, 0},
+          Case{u"btnConvert"_s, 0, 0, 1}, Case{u"btnCancel"_s, 0, 0, 0}}) {
+        const QPointer<CTaskNotifyDlg> popup = make(u"with blanks -x"_s);
+        QSignalSpy played(popup, &CTaskNotifyDlg::playWanted);
+        QSignalSpy opened(popup, &CTaskNotifyDlg::folderWanted);
+        QSignalSpy converted(popup, &CTaskNotifyDlg::conversionWanted);
+        popup->showFor(kStaying);
+        if (auto *text = popup->findChild<DuiLib::CTextUI *>(button)) {
+            Q_EMIT text->linkActivated(u"#"_s);
+        } else {
+            test::click(*test::control(*popup, button));
+        }
+        EXPECT_EQ(played.count(), play);
+        EXPECT_EQ(opened.count(), folder);
+        EXPECT_EQ(converted.count(), convert);
+        if (play == 1) {
+            EXPECT_EQ(played[0][0].toString(), u"/videos/with blanks -x.mp4"_s);
+        }
+        test::waitUntil("the popup is gone", [&popup] { return popup.isNull(); });
+    }
+}
+
+} // namespace tollivar::ui

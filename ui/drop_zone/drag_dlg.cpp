@@ -1,0 +1,127 @@
+#include "ui/drop_zone/drag_dlg.h"
+
+#include "fetch/text/site_url.h"
+
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QStyle>
+#include <QTimer>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace tollivar::ui {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::uint64_t kDropped = 0;
+constexpr std::uint64_t kFromClipboard = 1;
+
+} // namespace
+
+QString watchPageIn(const QString &copied)
+{
+    const auto isLineEnd = [](QChar character) { return character == u'\r' || character == u'\n'; };
+    const auto end = std::find_if(copied.begin(), copied.end(), isLineEnd);
+    const QString line = copied.left(end - copied.begin());
+    return fetch::watchPageId(line) ? line : QString();
+}
+
+bool isDroppedText(const QMimeData &data)
+{
+    // A file manager offers its files as text too.
+    const auto addresses = data.urls();
+    const bool isFile = std::any_of(addresses.begin(), addresses.end(),
+                                    [](const QUrl &address) { return address.isLocalFile(); });
+    return !isFile && data.hasText() && !data.text().isEmpty();
+}
+
+CDragDlg::CDragDlg(platform::AppMessagePort owner)
+    : CUILibDialog(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint)
+    , m_owner(std::move(owner))
+{
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setAcceptDrops(true);
+    constexpr std::chrono::milliseconds kRest{500};
+    m_moveEnd = new QTimer(this);
+    m_moveEnd->setSingleShot(true);
+    m_moveEnd->setInterval(kRest);
+    connect(m_moveEnd, &QTimer::timeout, this, [this] { Q_EMIT moveEnded(pos()); });
+    createFace(u"DialogDragDrop.xml"_s, {});
+    setFixedSize(paintManager().GetInitSize());
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            &CDragDlg::watchClipboard);
+}
+
+void CDragDlg::watchClipboard()
+{
+    if (!m_isMonitoring) {
+        return;
+    }
+    const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+    if (copied == nullptr || !copied->hasText()) {
+        return;
+    }
+    const QString address = watchPageIn(copied->text());
+    if (!address.isEmpty()) {
+        m_receivedText = address;
+        m_owner.post(platform::AppMessageId::AddressReady, kFromClipboard, 0);
+    }
+}
+
+void CDragDlg::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (isDroppedText(*event->mimeData())) {
+        event->acceptProposedAction();
+        showHovered(true);
+    }
+}
+
+void CDragDlg::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    CUILibDialog::dragLeaveEvent(event);
+    showHovered(false);
+}
+
+void CDragDlg::dropEvent(QDropEvent *event)
+{
+    showHovered(false);
+    if (!isDroppedText(*event->mimeData())) {
+        return;
+    }
+    m_receivedText = event->mimeData()->text();
+    m_owner.post(platform::AppMessageId::AddressReady, kDropped, 0);
+    event->acceptProposedAction();
+}
+
+void CDragDlg::showHovered(bool isHovered)
+{
+    const auto faces = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    for (QWidget *face : faces) {
+        face->setProperty("hovered", isHovered);
+        face->style()->unpolish(face);
+        face->style()->polish(face);
+    }
+}
+
+void CDragDlg::moveEvent(QMoveEvent *event)
+{
+    CUILibDialog::moveEvent(event);
+    if (isVisible()) {
+        m_moveEnd->start();
+    }
+}
+
+void CDragDlg::mouseDoubleClickEvent(QMouseEvent * /*event*/)
+{
+    Q_EMIT doubleClicked();
+}
+
+void CDragDlg::Notify(const DuiLib::SkinEvent & /*event*/) {}
+
+} // namespace tollivar::ui

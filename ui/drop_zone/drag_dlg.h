@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/message_port.h"
+#include "ui/dialog/ui_lib_dialog.h"
+
+#include <QString>
+
+class QMimeData;
+class QTimer;
+
+namespace tollivar::ui {
+
+/// The small window that always floats: takes a dropped link, and watches the clipboard for watch
+/// pages of the video-sharing site. What it receives it announces to the main window, which reads
+/// receivedText().
+///
+/// Threads: the main thread.
+class CDragDlg final : public CUILibDialog {
+    Q_OBJECT
+
+public:
+    /// Announcements go to `owner`, as AddressReady with 0 for a drop and 1 for the clipboard.
+    explicit CDragDlg(platform::AppMessagePort owner);
+
+    /// With monitoring off the clipboard is never looked at.
+    void setMonitoring(bool isOn) { m_isMonitoring = isOn; }
+    [[nodiscard]] const QString &receivedText() const { return m_receivedText; }
+
+    void Notify(const DuiLib::SkinEvent &event) override;
+
+Q_SIGNALS:
+    /// A person has moved it, and let go of it a moment ago.
+    void moveEnded(QPoint place);
+    void doubleClicked();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    void watchClipboard();
+    void showHovered(bool isHovered);
+
+    platform::AppMessagePort m_owner;
+    QString m_receivedText;
+    QTimer *m_moveEnd = nullptr;
+    bool m_isMonitoring = false;
+};
+
+/// The address that a copied text brings: its first line, if that is a watch page with a video.
+/// Empty when it brings none.
+[[nodiscard]] QString watchPageIn(const QString &copied);
+
+/// Whether dropped data is plain text and no file.
+[[nodiscard]] bool isDroppedText(const QMimeData &data);
+
+} // namespace tollivar::ui
