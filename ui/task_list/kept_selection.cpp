@@ -26,8 +26,7 @@ std::vector<int> selectedRowsOf(const QItemSelectionModel &selection)
             rows.push_back(row);
     }
     std::ranges::sort(rows);
-    const auto twice = std::ranges::unique(rows);
-    rows.erase(twice.begin(), twice.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 

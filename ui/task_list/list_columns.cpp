@@ -8,8 +8,8 @@ namespace {
 
 struct Column {
     QStringView heading;
-    int width;       ///< pixels
-    int comfortable; ///< holds what the column mostly shows without cutting it
+    int width = 0;       ///< pixels
+    int comfortable = 0; ///< holds what the column mostly shows without cutting it
 };
 
 constexpr std::array<Column, kListColumnCount> kColumns = {{

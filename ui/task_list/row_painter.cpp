@@ -130,7 +130,7 @@ void paintBadge(QPainter &painter, const QRect &cell, const QString &type)
 void paintBar(QPainter &painter, const QRect &area, int reach, RowLook look)
 {
     constexpr double kWhole = 10'000;
-    const QRectF track(area.left() + kBarMargin, area.top() + (area.height() - kBarHeight) / 2,
+    const QRectF track(area.left() + kBarMargin, area.top() + (area.height() - kBarHeight) / 2.0,
                        std::max(0, area.width() - 2 * kBarMargin), kBarHeight);
     const bool isDark = look == RowLook::SelectedWithFocus;
     const double round = kBarHeight / 2.0;

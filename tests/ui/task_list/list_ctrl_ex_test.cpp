@@ -174,13 +174,10 @@ TEST_F(ListCtrlExTest, outsideTheRowsIsTheListsColour)
     EXPECT_EQ(colorAt(10, 2 * m_list->rowHeight() + 20), kBack);
 }
 
-/// Counts what is painted, in rows.
+/// Collects what is painted of a list.
 class PaintCounter : public QObject {
 public:
-    explicit PaintCounter(CListCtrlEx &list) : m_list(list)
-    {
-        list.viewport()->installEventFilter(this);
-    }
+    explicit PaintCounter(CListCtrlEx &list) { list.viewport()->installEventFilter(this); }
 
     bool eventFilter(QObject *, QEvent *event) override
     {
@@ -196,7 +193,6 @@ public:
     }
 
 private:
-    CListCtrlEx &m_list;
     QRegion m_painted;
 };
 
