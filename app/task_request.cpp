@@ -32,6 +32,15 @@ QString schemeOf(const QString &address)
     return pattern.match(address).captured(1).toLower();
 }
 
+/// The schemes of streams; what they are fetched by is told apart by the scheme alone.
+bool isStreamScheme(const QString &scheme)
+{
+    static const QStringList kinds{QStringLiteral("rtmp"),  QStringLiteral("rtmpt"),
+                                   QStringLiteral("rtmpe"), QStringLiteral("rtmpte"),
+                                   QStringLiteral("rtmps"), QStringLiteral("rtmpts")};
+    return kinds.contains(scheme);
+}
+
 /// The last part of the address's path, percent-decoded.
 QString fileNameOf(const QString &address)
 {
@@ -50,6 +59,16 @@ void nameDirectFile(const TaskRequest &request, tasks::TaskInfo &task)
     if (request.name.isEmpty()) {
         task.strOutputName = fetch::cleanName(hasType ? fileName.left(dot) : fileName, u' ');
     }
+}
+
+/// A stream is its own media, and always comes as flash video, whatever it is called.
+void nameStream(const TaskRequest &request, tasks::TaskInfo &task)
+{
+    constexpr int kProtocolRtmp = 0;
+    nameDirectFile(request, task);
+    task.nModeLow = static_cast<int>(tasks::DownloadMethod::Direct);
+    task.nProtocol = kProtocolRtmp;
+    task.strFileType = QStringLiteral(".flv");
 }
 
 void namePage(const TaskRequest &request, tasks::TaskInfo &task)
@@ -77,13 +96,14 @@ Result<QString> checkedAddress(const QString &address)
         return failure(ErrorKind::AskUser, QStringLiteral("the address is too long"));
     }
     const QString scheme = schemeOf(trimmed);
-    if (!scheme.isEmpty() && scheme != u"http" && scheme != u"https") {
+    const bool isStream = isStreamScheme(scheme);
+    if (!scheme.isEmpty() && scheme != u"http" && scheme != u"https" && !isStream) {
         return failure(ErrorKind::AskUser,
                        QStringLiteral("addresses of the kind \"%1:\" are not fetched; give one "
-                                      "that begins with http:// or https://")
+                                      "that begins with http://, https:// or rtmp://")
                            .arg(scheme));
     }
-    const QString complete = fetch::ensureScheme(trimmed);
+    const QString complete = isStream ? trimmed : fetch::ensureScheme(trimmed);
     if (QUrl(complete).host().isEmpty()) {
         return failure(ErrorKind::AskUser, QStringLiteral("\"%1\" is not an address").arg(trimmed));
     }
@@ -106,7 +126,9 @@ Result<tasks::TaskInfo> newTask(const TaskRequest &request)
         name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
         task.strOutputName = name;
     }
-    if (request.method == tasks::DownloadMethod::Direct) {
+    if (isStreamScheme(schemeOf(task.strOriURL))) {
+        nameStream(request, task);
+    } else if (request.method == tasks::DownloadMethod::Direct) {
         nameDirectFile(request, task);
     } else {
         namePage(request, task);

@@ -23,11 +23,13 @@ struct TaskRequest {
 };
 
 /// The address with a scheme in front, "http://" when it had none.
-/// Errors: AskUser when it is empty or has a scheme that is not fetched; only http and https are.
+/// Errors: AskUser when it is empty or has a scheme that is not fetched; only http, https and
+/// the rtmp kinds are.
 [[nodiscard]] platform::Result<QString> checkedAddress(const QString &address);
 
 /// The record of a new task; makes the folder when it is missing. A direct address gives name and
-/// type by its last part; its type stays empty when the address has none.
+/// type by its last part; its type stays empty when the address has none. The address of a stream
+/// is always direct.
 /// Errors: AskUser when address, folder or name cannot be used.
 [[nodiscard]] platform::Result<tasks::TaskInfo> newTask(const TaskRequest &request);
 

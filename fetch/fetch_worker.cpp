@@ -2,6 +2,7 @@
 
 #include "fetch/http_download.h"
 #include "fetch/page_resolver.h"
+#include "fetch/rtmp_download.h"
 #include "fetch/text/file_naming.h"
 #include "fetch/text/site_url.h"
 #include "fetch/title_fetch.h"
@@ -152,7 +153,8 @@ StepResult FetchWorker::takeTitle(TaskInfo &task)
 
 StepResult FetchWorker::download(TaskInfo &task)
 {
-    return downloadHttp(*this, task, m_clock);
+    return task.nProtocol == tasks::kProtocolHttp ? downloadHttp(*this, task, m_clock)
+                                                  : downloadRtmp(*this, task, m_clock);
 }
 
 } // namespace tollivar::fetch

@@ -17,8 +17,7 @@ namespace tollivar::fetch {
 ///
 /// Threads: the worker's.
 /// Owns:    the open file; the destructor writes what is left and closes it.
-/// Errors:  a failed write is not told, but ends all further writing: a full disk is not tried
-///          again for each piece.
+/// Errors:  a failed write ends all further writing: a full disk is not tried again for each piece.
 class OutputFile {
 public:
     /// Creates the file of the worker's record (`task` is the run's copy of it), reusing the name
@@ -32,6 +31,8 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
 
     void write(std::span<const std::byte> bytes);
+    /// False once a slice could not be written.
+    [[nodiscard]] bool isIntact() const { return m_isIntact; }
 
 private:
     explicit OutputFile(std::unique_ptr<platform::WritableFile> file);

@@ -4,6 +4,11 @@
 
 namespace tollivar::platform {
 
+QByteArray encodeSystem(const QString &text)
+{
+    return text.toUtf8();
+}
+
 QString decodeUtf8OrLatin1(QByteArrayView bytes)
 {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);

@@ -10,6 +10,9 @@ namespace tollivar::platform {
 ///
 /// Threads: any.
 
+/// Text as the system's libraries and programs take it.
+[[nodiscard]] QByteArray encodeSystem(const QString &text);
+
 /// UTF-8; bytes that are not valid UTF-8 are taken, as a whole, as Latin-1.
 [[nodiscard]] QString decodeUtf8OrLatin1(QByteArrayView bytes);
 

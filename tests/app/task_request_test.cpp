@@ -34,6 +34,21 @@ TEST_F(NewTask, aPageIsNamedAfterItsTitleLater)
     EXPECT_TRUE(QDir(task->strOutputFolder).exists());
 }
 
+TEST_F(NewTask, aStreamIsDirectByItselfAndComesAsFlashVideo)
+{
+    for (const auto *scheme : {"rtmp", "rtmpe", "rtmpt", "rtmpte", "rtmps", "RTMPTS"}) {
+        const auto task = newTask(request(QString::fromLatin1(scheme) +
+                                          QStringLiteral("://media.example/app/mp4:show.mp4")));
+        ASSERT_TRUE(task) << scheme;
+        EXPECT_EQ(task->nModeLow, static_cast<int>(DownloadMethod::Direct));
+        EXPECT_EQ(task->nProtocol, 0);
+        EXPECT_EQ(task->strDownloadUrl, task->strOriURL);
+        EXPECT_EQ(task->strFileType, QStringLiteral(".flv"));
+        EXPECT_FALSE(task->strOutputName.isEmpty());
+        EXPECT_EQ(task->bAutoRename, 0);
+    }
+}
+
 TEST_F(NewTask, aWatchPageIsNamedAfterItsVideo)
 {
     const auto task = newTask(request(QStringLiteral("http://www.youtube.com/watch?v=abcdefghij")));

@@ -3,6 +3,7 @@
 #include "platform/single_instance.h"
 #include "tests/support/http_site.h"
 #include "tests/support/program_run.h"
+#include "tests/support/rtmp_server.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/wait_until.h"
 
@@ -54,6 +55,23 @@ TEST_F(CliDownload, printsThePathOfTheFinishedFile)
 
     EXPECT_EQ(program.output(), m_sandbox.file(QStringLiteral("out/clip.mp4")).toUtf8() + '\n');
     EXPECT_EQ(m_sandbox.read(QStringLiteral("out/clip.mp4")), QByteArray("the media"));
+}
+
+TEST_F(CliDownload, aStreamsAddressIsFetchedDirectly)
+{
+    test::RtmpServer server;
+    server.record(QStringLiteral("show.flv"),
+                  {QStringLiteral("-c:v"), QStringLiteral("flv"), QStringLiteral("-c:a"),
+                   QStringLiteral("libmp3lame")},
+                  2);
+    ProgramRun program =
+        run({QStringLiteral("download"), server.address(QStringLiteral("vod/show.flv")),
+             QStringLiteral("--folder"), QStringLiteral("out")});
+
+    EXPECT_EQ(program.finish(), 0) << program.errors().constData();
+
+    EXPECT_EQ(program.output(), m_sandbox.file(QStringLiteral("out/show.flv")).toUtf8() + '\n');
+    EXPECT_TRUE(m_sandbox.read(QStringLiteral("out/show.flv")).startsWith("FLV"));
 }
 
 TEST_F(CliDownload, aPageOfTheSampleSiteBecomesAFileUnderItsTitle)

@@ -1,0 +1,125 @@
+#include "tests/support/program_run.h"
+#include "tests/support/rtmp_server.h"
+#include "tests/support/sample_site.h"
+#include "tests/support/sandbox.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <thread>
+
+namespace tollivar::app {
+namespace {
+
+using namespace Qt::StringLiterals;
+using test::ProgramRun;
+
+/// The built program, off the screen.
+class WindowProgram : public ::testing::Test {
+protected:
+    void SetUp() override { qputenv("QT_QPA_PLATFORM", "offscreen"); }
+    void TearDown() override { qunsetenv("QT_QPA_PLATFORM"); }
+
+    std::unique_ptr<ProgramRun> start(const QStringList &arguments = {}) const
+    {
+        return std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, arguments);
+    }
+
+    /// What is stored now.
+    [[nodiscard]] QJsonArray stored() const
+    {
+        ProgramRun list(m_sandbox, u"tollivar-cli"_s, {u"list"_s, u"--json"_s});
+        list.finish();
+        return QJsonDocument::fromJson(list.output()).array();
+    }
+
+    /// Starts further instances until one has reached the first, then waits for the task it brought.
+    void handOver(const QString &address) const
+    {
+        QElapsedTimer waited;
+        waited.start();
+        for (;;) {
+            ProgramRun second(m_sandbox, u"Tollivar"_s, {u"-url"_s, address});
+            EXPECT_EQ(second.finish(), 0);
+            for (const QJsonValue &task : stored()) {
+                if (task[u"strOriURL"].toString() == address) {
+                    return;
+                }
+            }
+            ASSERT_FALSE(waited.hasExpired(60'000)) << "the first instance never took it";
+        }
+    }
+
+    void waitForState(const QString &state) const
+    {
+        QElapsedTimer waited;
+        waited.start();
+        while (stored().first()[u"state"].toString() != state) {
+            ASSERT_FALSE(waited.hasExpired(60'000)) << "never " << state.toStdString();
+        }
+    }
+
+    test::Sandbox m_sandbox;
+};
+
+TEST_F(WindowProgram, anAddressOnItsCommandLineBecomesAFile)
+{
+    const test::SampleSite site;
+    const auto program = start({u"-url"_s, site.address(u"video.html"_s)});
+    QElapsedTimer waited;
+    waited.start();
+    while (stored().isEmpty()) {
+        ASSERT_FALSE(waited.hasExpired(60'000));
+    }
+    waitForState(u"completed"_s);
+    const QJsonValue task = stored().first();
+    const QString file = task[u"strOutputFolder"].toString() + task[u"strOutputName"].toString() +
+                         task[u"strFileType"].toString();
+    EXPECT_TRUE(file.endsWith(u"My Flash Videos/Harbour at dawn.mp4"_s)) << file.toStdString();
+    EXPECT_TRUE(QFile::exists(file));
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->finish(), 0);
+}
+
+TEST_F(WindowProgram, aSecondStartHandsItsAddressOverAndEnds)
+{
+    const auto program = start();
+    handOver(u"http://127.0.0.1:9/nothing"_s);
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->finish(), 0);
+}
+
+TEST_F(WindowProgram, aKilledInstanceDoesNotBlockTheNextStart)
+{
+    {
+        const auto program = start();
+        handOver(u"http://127.0.0.1:9/first"_s);
+        program->signal(SIGKILL);
+        EXPECT_EQ(program->finish(), -1);
+    }
+    const auto program = start();
+    handOver(u"http://127.0.0.1:9/second"_s);
+    EXPECT_EQ(stored().size(), 2);
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->finish(), 0);
+}
+
+TEST_F(WindowProgram, aTerminalFrontEndHandsItsTasksOver)
+{
+    const auto program = start();
+    handOver(u"http://127.0.0.1:9/first"_s);
+    ProgramRun other(m_sandbox, u"tollivar-cli"_s,
+                     {u"download"_s, u"http://127.0.0.1:9/second"_s, u"--folder"_s, u"out"_s});
+    EXPECT_EQ(other.finish(), 0);
+    EXPECT_EQ(stored().size(), 2);
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->finish(), 0);
+}
+
+} // namespace
+} // namespace tollivar::app
