@@ -15,7 +15,7 @@ struct Column {
 constexpr std::array<Column, kListColumnCount> kColumns = {{
     {u"strColNum", 40, 44},
     {u"strColName", 180, 235},
-    {u"strColStatus", 150, 245},
+    {u"strColStatus", 150, 268},
     {u"strColSpeed", 70, 100},
     {u"strColTarget", 60, 64},
     {u"strColMode", 60, 124},
