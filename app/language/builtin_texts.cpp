@@ -93,9 +93,6 @@ constexpr std::array kTexts = {
                 u"On this desktop the clipboard cannot be watched in the background."},
     BuiltInText{u"strNoConverter", u" Quenmoor Converter has not been installed, please install it "
                                    u"with the setup package."},
-    BuiltInText{u"strConvertFailed", u"Conversion failed"},
-    BuiltInText{u"strStartAnother",
-                u"Another Tollivar is working on the tasks. Try again when it has finished."},
     BuiltInText{u"strSkinProblems", u"The skin has faults; the built-in look stands in for them:"},
 };
 

@@ -13,10 +13,12 @@
 #include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
 #include "ui/notify/task_notify_dlg.h"
+#include "ui/skin/paint_manager.h"
 
 #include <QApplication>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTimer>
 
 namespace tollivar::app {
 
@@ -286,6 +288,22 @@ void Program::start(const QStringList &arguments)
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
     if (const auto address = addressOf(arguments)) {
         m_window->addAddress(*address);
+    }
+}
+
+void Program::tellSkinProblems()
+{
+    // More than a few would not fit the screen; the log has them all.
+    constexpr std::size_t kMost = 10;
+    QStringList lines{m_languages.text(u"strSkinProblems"_s)};
+    for (const auto &problem : DuiLib::CPaintManagerUI::takeProblems()) {
+        if (static_cast<std::size_t>(lines.size()) <= kMost) {
+            lines.append(problem.toString());
+        }
+    }
+    if (lines.size() > 1) {
+        QMessageBox::warning(m_window.get(), QString(platform::build::kProductName),
+                             lines.join(u'\n'));
     }
 }
 

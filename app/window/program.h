@@ -47,6 +47,8 @@ private:
     void showCompleted(const tasks::TaskInfo &task);
     void convert(const QString &path);
     void placeDropZone();
+    /// Tells once what is wrong with the skin.
+    void tellSkinProblems();
     void takeAddress(const platform::AppMessage &message);
     [[nodiscard]] const settings::CGeneralOptions &generalOptions() const;
     void listen();
