@@ -3,7 +3,10 @@
 #include "tests/ui/window_world.h"
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/add_task_dlg.h"
+#include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
+#include "ui/dialogs/settings_dialog.h"
+#include "ui/notify/task_notify_dlg.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
@@ -132,6 +135,19 @@ void saveDialogs(const QString &folder, const QString &language)
     ui::CConfirmDeleteDlg remove(nullptr, texts.dialog);
     remove.show();
     save(remove, folder, u"remove-tasks"_s);
+    settings::COptionsManager options(world.settings());
+    options.LoadAll();
+    ui::CSettingsDialog settings(nullptr, options, texts);
+    settings.show();
+    save(settings, folder, u"settings"_s);
+    ui::CTaskNotifyDlg popup({u"/videos/"_s, u"Harbour at dawn"_s, u".mp4"_s}, texts.dialog);
+    popup.setAttribute(Qt::WA_DeleteOnClose, false);
+    popup.show();
+    save(popup, folder, u"completed"_s);
+    auto *player = new ui::CCantPlayDlg(nullptr, world.settings(), texts, {});
+    player->show();
+    save(*player, folder, u"player-check"_s);
+    player->close();
     ui::AboutDialog about(nullptr, texts.dialog);
     about.show();
     save(about, folder, u"about"_s);
