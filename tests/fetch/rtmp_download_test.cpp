@@ -1,6 +1,9 @@
+#include "fetch/fetch_worker.h"
 #include "fetch/rtmp_download.h"
 #include "tests/support/event_recorder.h"
+#include "tests/support/http_site.h"
 #include "tests/support/idle_worker.h"
+#include "tests/support/parser_script.h"
 #include "tests/support/raw_server.h"
 #include "tests/support/rtmp_server.h"
 #include "tests/support/sandbox.h"
@@ -110,6 +113,26 @@ TEST_F(RtmpDownload, theRecordsFieldsStandInForTheAddress)
     m_task.strPageUrl = u"http://a/"_s;
     EXPECT_EQ(download(server.address(u"other/missing"_s)), StepResult::Done);
     EXPECT_GT(QFileInfo(file()).size(), 10'000);
+}
+
+TEST_F(RtmpDownload, aPageWhoseAnswerIsAStreamBecomesAFile)
+{
+    test::RtmpServer server;
+    server.record(u"show.flv"_s, {u"-c:v"_s, u"flv"_s, u"-c:a"_s, u"libmp3lame"_s}, 2);
+    test::HttpSite site;
+    site.on("/page", test::answer("<html><title>Evening show</title></html>"));
+    const test::ParserScript parser;
+    parser.answer("PROTOCOL = 0\r\nURL = " + server.address(u"vod/show.flv"_s).toUtf8() +
+                  "\r\nTYPE = Flash Video (*.flv)\r\nPAGEURL = " + site.address("/page").toUtf8() +
+                  "\r\n\r\n");
+    FetchWorker worker;
+    worker.setOwner(m_events.port());
+    m_task.strOriURL = site.address("/page");
+    worker.setRecord(m_task);
+    std::thread([&worker] { worker.run(); }).join();
+    m_events.waitForEnd();
+    EXPECT_EQ(m_events.events().back().code, TaskEventCode::Completed);
+    EXPECT_EQ(decode(m_sandbox.file(u"Evening show.flv"_s)), QByteArray());
 }
 
 TEST_F(RtmpDownload, aMissingStreamFailsOrEndsEmpty)

@@ -1,5 +1,6 @@
+#include "platform/local_messages.h"
+#include "platform/single_instance.h"
 #include "tests/support/program_run.h"
-#include "tests/support/rtmp_server.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/sandbox.h"
 
@@ -10,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
-#include <thread>
 
 namespace tollivar::app {
 namespace {
@@ -25,9 +26,34 @@ protected:
     void SetUp() override { qputenv("QT_QPA_PLATFORM", "offscreen"); }
     void TearDown() override { qunsetenv("QT_QPA_PLATFORM"); }
 
+    /// Starts the program and waits until it can be reached: a start before that would end unheard,
+    /// or be the first one itself.
     std::unique_ptr<ProgramRun> start(const QStringList &arguments = {}) const
     {
-        return std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, arguments);
+        auto program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, arguments);
+        QElapsedTimer waited;
+        waited.start();
+        while (!canBeReached()) {
+            if (waited.hasExpired(60'000)) {
+                ADD_FAILURE() << "the program never listens: " << program->errors().constData();
+                break;
+            }
+        }
+        return program;
+    }
+
+    [[nodiscard]] bool canBeReached() const
+    {
+        // In the log-in's folder, or in the data directory when that is not private.
+        const QString place = platform::instancePlace({}).socket.section(u'/', -2);
+        for (const QString &folder : {u"run/"_s, u"data/Tollivar Data/"_s}) {
+            if (platform::sendLocalMessage(m_sandbox.file(folder + place),
+                                           platform::CopyDataId::BringToFront, {},
+                                           std::chrono::seconds(10))) {
+                return true;
+            }
+        }
+        return false;
     }
 
     /// What is stored now.
@@ -38,19 +64,20 @@ protected:
         return QJsonDocument::fromJson(list.output()).array();
     }
 
-    /// Starts further instances until one has reached the first, then waits for the task it brought.
+    /// A second start with that address.
     void handOver(const QString &address) const
     {
+        ProgramRun second(m_sandbox, u"Tollivar"_s, {u"-url"_s, address});
+        EXPECT_EQ(second.finish(), 0);
         QElapsedTimer waited;
         waited.start();
-        for (;;) {
-            ProgramRun second(m_sandbox, u"Tollivar"_s, {u"-url"_s, address});
-            EXPECT_EQ(second.finish(), 0);
-            for (const QJsonValue &task : stored()) {
-                if (task[u"strOriURL"].toString() == address) {
-                    return;
-                }
-            }
+        const auto isStored = [this, &address] {
+            const QJsonArray tasks = stored();
+            return std::any_of(tasks.begin(), tasks.end(), [&address](const QJsonValue &task) {
+                return task[u"strOriURL"].toString() == address;
+            });
+        };
+        while (!isStored()) {
             ASSERT_FALSE(waited.hasExpired(60'000)) << "the first instance never took it";
         }
     }

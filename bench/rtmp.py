@@ -1,0 +1,98 @@
+#!/usr/bin/env python3
+"""Fetches one recorded stream from a local nginx with ours, ffmpeg and rtmpdump in turn.
+
+usage: bench/rtmp.py BENCH_PROGRAM [SECONDS_OF_STREAM [ROUNDS]]
+
+Prints the medians of wall and processor time and their ratios to the fastest.
+"""
+import resource
+import socket
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+CONFIGURATION = """
+load_module /usr/lib/nginx/modules/ngx_rtmp_module.so;
+daemon off; master_process off; pid {folder}/pid; error_log {folder}/error.log;
+events {{ worker_connections 256; }}
+rtmp {{ server {{ listen 127.0.0.1:{port}; application vod {{ play {folder}/files; }} }} }}
+"""
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def measure(command, folder):
+    """Wall and processor seconds of one run, and the bytes of its file, which is removed."""
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    begin = time.monotonic()
+    subprocess.run(command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    wall = time.monotonic() - begin
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    size = sum(path.stat().st_size for path in folder.iterdir())
+    for path in folder.iterdir():
+        path.unlink()
+    return wall, after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime, size
+
+
+def main():
+    program = sys.argv[1]
+    seconds = int(sys.argv[2]) if len(sys.argv) > 2 else 60
+    rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 5
+    with tempfile.TemporaryDirectory() as name:
+        folder = Path(name)
+        folder.chmod(0o755)
+        (folder / "files").mkdir()
+        out = folder / "out"
+        out.mkdir()
+        subprocess.run(["ffmpeg", "-nostdin", "-v", "error", "-f", "lavfi", "-i",
+                        f"testsrc2=size=640x360:rate=25:duration={seconds}", "-f", "lavfi", "-i",
+                        f"sine=duration={seconds}", "-c:v", "libx264", "-preset", "ultrafast",
+                        "-b:v", "4M", "-c:a", "aac", "-f", "flv", str(folder / "files/show.flv")],
+                       check=True)
+        port = free_port()
+        (folder / "nginx.conf").write_text(CONFIGURATION.format(folder=folder, port=port))
+        server = subprocess.Popen(["/usr/sbin/nginx", "-c", str(folder / "nginx.conf"),
+                                   "-e", str(folder / "e")])
+        try:
+            for _ in range(200):
+                try:
+                    socket.create_connection(("127.0.0.1", port)).close()
+                    break
+                except OSError:
+                    time.sleep(0.05)
+            address = f"rtmp://127.0.0.1:{port}/vod/show.flv"
+            commands = {
+                "ours": [program, address, str(out)],
+                "ffmpeg": ["ffmpeg", "-nostdin", "-v", "error", "-i", address, "-c", "copy",
+                           str(out / "f.flv")],
+                "rtmpdump": ["rtmpdump", "-q", "-r", address, "-o", str(out / "r.flv")],
+            }
+            figures = {key: [] for key in commands}
+            for turn in range(rounds + 1):
+                for key, command in commands.items():
+                    figure = measure(command, out)
+                    if turn > 0:  # The first round warms everything up.
+                        figures[key].append(figure)
+            size = (folder / "files/show.flv").stat().st_size
+            print(f"{seconds} s of stream, {size / 2**20:.1f} MiB, medians of {rounds} runs in turn")
+            print(f"{'program':9} {'wall s':>8} {'ratio':>6} {'cpu s':>8} {'ratio':>6} {'MiB':>7}")
+            medians = {key: [statistics.median(column) for column in zip(*values)]
+                       for key, values in figures.items()}
+            least = [min(values[i] for values in medians.values()) or 1 for i in (0, 1)]
+            for key, (wall, cpu, written) in medians.items():
+                print(f"{key:9} {wall:8.2f} {wall / least[0]:6.2f} {cpu:8.2f} {cpu / least[1]:6.2f} "
+                      f"{written / 2**20:7.1f}")
+        finally:
+            server.terminate()
+            server.wait()
+
+
+if __name__ == "__main__":
+    main()
