@@ -181,9 +181,10 @@ struct RtmpSession::Private {
     void extendBuffer()
     {
         constexpr double kMilliseconds = 1'000;
+        constexpr double kLongest = 1e9;
         const double duration = RTMP_GetDuration(rtmp.get()) * kMilliseconds;
         // Hostile durations stay out of the conversion.
-        if (duration > bufferTime && duration < std::numeric_limits<int>::max() / 2) {
+        if (duration > bufferTime && duration < kLongest) {
             bufferTime = static_cast<int>(duration) + kBufferBeyondEnd;
             RTMP_SetBufferMS(rtmp.get(), bufferTime);
             RTMP_UpdateBufferMS(rtmp.get());

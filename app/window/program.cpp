@@ -36,10 +36,10 @@ constexpr int kInterruptedTwice = 3;
 
 } // namespace
 
-Program::Program(Engine &engine, const settings::SettingsStore &settings, const DataPaths &paths)
+Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths paths)
     : m_engine(engine)
-    , m_settings(settings)
-    , m_paths(paths)
+    , m_settings(std::move(settings))
+    , m_paths(std::move(paths))
     , m_options(m_settings)
     , m_languages(m_settings, platform::programDirectory() + u"/Language"_s)
     , m_inbox([this](const platform::AppMessage &message) { takeAddress(message); })
@@ -53,6 +53,9 @@ Program::Program(Engine &engine, const settings::SettingsStore &settings, const 
     m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port());
     QObject::connect(m_dropZone.get(), &ui::CDragDlg::doubleClicked, m_window.get(),
                      &CTollivarDlg::showAndActivate);
+    m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts().dialog);
+    QObject::connect(m_window.get(), &CTollivarDlg::updateCheckWanted, m_window.get(),
+                     [this] { m_updates->checkNow(); });
     placeDropZone();
     connectWindow();
     connectCompanions();
@@ -284,6 +287,7 @@ void Program::start(const QStringList &arguments)
     m_window->start(qEnvironmentVariableIntValue(kHiddenVariable) != 0
                         ? CTollivarDlg::Appearance::Hidden
                         : CTollivarDlg::Appearance::Shown);
+    m_updates->checkIfDue(generalOptions().m_nCheckUpdate);
     m_interrupt =
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
     if (const auto address = addressOf(arguments)) {
@@ -314,6 +318,7 @@ void Program::shutDown()
     ui::CTaskNotifyDlg::closeAll();
     m_engine.manager().shutDown();
     m_engine.onEvent({});
+    m_updates.reset();
     m_messages.reset();
     m_dropZone.reset();
     m_window.reset();

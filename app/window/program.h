@@ -3,6 +3,7 @@
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
+#include "app/window/updates.h"
 #include "platform/flash_version.h"
 #include "platform/interrupt.h"
 #include "platform/local_messages.h"
@@ -28,7 +29,7 @@ namespace tollivar::app {
 /// States:  start(), then an event loop, which leaving the program ends, then shutDown().
 class Program {
 public:
-    Program(Engine &engine, const settings::SettingsStore &settings, const DataPaths &paths);
+    Program(Engine &engine, settings::SettingsStore settings, DataPaths paths);
     ~Program();
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
@@ -67,6 +68,7 @@ private:
     platform::AppMessageInbox m_inbox;
     std::unique_ptr<ui::CTollivarDlg> m_window;
     std::unique_ptr<ui::CDragDlg> m_dropZone;
+    std::unique_ptr<Updates> m_updates;
     std::unique_ptr<platform::InterruptWatch> m_interrupt;
     std::unique_ptr<platform::LocalMessageServer> m_messages;
 };

@@ -26,6 +26,8 @@ class CUILibDialog : public QDialog, public DuiLib::INotifyUI {
 
 public:
     ~CUILibDialog() override;
+    CUILibDialog(const CUILibDialog &) = delete;
+    CUILibDialog &operator=(const CUILibDialog &) = delete;
 
     /// What a place of the window does when it is dragged.
     [[nodiscard]] HitArea hitTestAt(QPoint position) const;

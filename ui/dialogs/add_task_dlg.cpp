@@ -46,7 +46,7 @@ constexpr std::array kControls = {
 /// The lists of the conversion section, in the order in which a profile fills them.
 struct OptionList {
     QLatin1StringView name;
-    ProfileOption option;
+    ProfileOption option = ProfileOption::VideoSize;
 };
 constexpr std::array kOptionLists = {
     OptionList{"cbAudioBitrate"_L1, ProfileOption::AudioBitRate},

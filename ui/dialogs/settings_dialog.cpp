@@ -42,7 +42,7 @@ constexpr int kNever = 3;
 /// The check boxes and the options that they edit.
 struct Flag {
     QLatin1StringView name;
-    bool CGeneralOptions::*option;
+    bool CGeneralOptions::*option = nullptr;
 };
 constexpr std::array kFlags = {
     Flag{"chkDragDrop"_L1, &CGeneralOptions::m_bShowDragZone},

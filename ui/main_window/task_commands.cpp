@@ -17,7 +17,8 @@ bool TaskCommands::isCompleted(int row) const
     return worker != nullptr && worker->state() == TaskState::Completed;
 }
 
-bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
+std::optional<std::vector<int>>
+TaskCommands::rowsToStart(const std::function<Answer()> &askForCompleted) const
 {
     std::optional<Answer> answer;
     std::vector<int> rows;
@@ -25,17 +26,26 @@ bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
         const bool completed = isCompleted(row);
         if (completed && !answer) {
             answer = askForCompleted();
-            if (answer == Answer::Cancel) {
-                return false;
-            }
+        }
+        if (answer == Answer::Cancel) {
+            return std::nullopt;
         }
         if (!completed || answer == Answer::Yes) {
             rows.push_back(row);
         }
     }
+    return rows;
+}
+
+bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
+{
+    const auto rows = rowsToStart(askForCompleted);
+    if (!rows) {
+        return false;
+    }
     const bool showsDownloaded = m_manager.filter() == TaskFilter::Downloaded;
     int restarted = 0;
-    for (const int row : rows) {
+    for (const int row : *rows) {
         // Each restarted task leaves the downloaded ones, and the rows behind it move up.
         const int place = showsDownloaded ? row - restarted : row;
         const bool leaves = showsDownloaded && isCompleted(place);
@@ -46,7 +56,7 @@ bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
             m_rows.redrawRow(place);
         }
     }
-    if (!showsDownloaded || rows.empty()) {
+    if (!showsDownloaded || rows->empty()) {
         return false;
     }
     m_manager.setFilter(TaskFilter::Downloading);
@@ -80,10 +90,10 @@ void TaskCommands::clearCompleted()
             rows.push_back(row);
         }
     }
-    removeRows(std::move(rows), tasks::FileOnRemoval::Keep);
+    removeRows(rows, tasks::FileOnRemoval::Keep);
 }
 
-void TaskCommands::removeRows(std::vector<int> rows, tasks::FileOnRemoval files)
+void TaskCommands::removeRows(const std::vector<int> &rows, tasks::FileOnRemoval files)
 {
     m_manager.removeTasks(rows, files);
     m_manager.reapEndedThreads();

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace tollivar::ui {
@@ -51,7 +52,10 @@ public:
 
 private:
     [[nodiscard]] bool isCompleted(int row) const;
-    void removeRows(std::vector<int> rows, tasks::FileOnRemoval files);
+    /// The rows that starting the selected tasks means; nothing when the question was cancelled.
+    [[nodiscard]] std::optional<std::vector<int>>
+    rowsToStart(const std::function<Answer()> &askForCompleted) const;
+    void removeRows(const std::vector<int> &rows, tasks::FileOnRemoval files);
 
     tasks::TaskManager &m_manager;
     TaskRows &m_rows;

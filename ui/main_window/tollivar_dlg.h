@@ -37,6 +37,8 @@ class CTollivarDlg final : public CUILibDialog, private TaskRows {
 public:
     explicit CTollivarDlg(const WindowServices &services);
     ~CTollivarDlg() override;
+    CTollivarDlg(const CTollivarDlg &) = delete;
+    CTollivarDlg &operator=(const CTollivarDlg &) = delete;
 
     /// Where other threads and the window itself post the messages that are its own.
     [[nodiscard]] platform::AppMessagePort port() const;

@@ -40,6 +40,8 @@ public:
 
     CTaskNotifyDlg(File file, const DialogTexts &texts);
     ~CTaskNotifyDlg() override;
+    CTaskNotifyDlg(const CTaskNotifyDlg &) = delete;
+    CTaskNotifyDlg &operator=(const CTaskNotifyDlg &) = delete;
 
     /// Slides in, above the popups that are there.
     void showFor(const NotifyTimes &times);

@@ -21,6 +21,8 @@ class TrayIcon final : public QObject {
 public:
     explicit TrayIcon(QMenu &menu);
     ~TrayIcon() override;
+    TrayIcon(const TrayIcon &) = delete;
+    TrayIcon &operator=(const TrayIcon &) = delete;
 
     /// Whether a person can find the icon now.
     [[nodiscard]] bool isThere() const;

@@ -167,9 +167,10 @@ TEST(Translations, areComplete)
                     << info.fileName().toStdString() << ' ' << text.id.toString().toStdString();
             }
         }
-        for (const char16_t *section : {u"IDR_MENU_HELP", u"IDR_MENU_LIST", u"IDR_MENU_TRAY",
-                                        u"DIALOG_ADDTASK", u"DIALOG_CONFIRMDEL", u"DIALOG_SETTINGS",
-                                        u"DIALOG_NOTIFY", u"DIALOG_REMINDER", u"DIALOG_ABOUT"}) {
+        for (const char16_t *section :
+             {u"IDR_MENU_HELP", u"IDR_MENU_LIST", u"IDR_MENU_TRAY", u"DIALOG_ADDTASK",
+              u"DIALOG_CONFIRMDEL", u"DIALOG_SETTINGS", u"DIALOG_NOTIFY", u"DIALOG_REMINDER",
+              u"DIALOG_ABOUT", u"DIALOG_CHECKING"}) {
             EXPECT_EQ(file.readSection(section).keys().size(),
                       english.readSection(section).keys().size())
                 << info.fileName().toStdString();

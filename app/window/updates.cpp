@@ -1,0 +1,105 @@
+#include "app/window/updates.h"
+
+#include "app/window/update_download.h"
+#include "platform/build_config.h"
+#include "platform/open_external.h"
+#include "ui/dialogs/checking_dlg.h"
+#include "update/update_info.h"
+#include "update/update_schedule.h"
+
+#include <QMessageBox>
+
+namespace tollivar::app {
+
+using namespace Qt::StringLiterals;
+using update::CheckKind;
+using update::UpdateResult;
+
+namespace {
+
+const QString kTitle = u"Tollivar Updater"_s;
+
+QString serverAddress()
+{
+    const QString given = qEnvironmentVariable("TOLLIVAR_UPDATE_URL");
+    return given.isEmpty() ? QString(platform::build::kUpdateAddress) : given;
+}
+
+} // namespace
+
+Updates::Updates(QWidget &owner, const DataPaths &paths, ui::DialogTexts texts)
+    : m_owner(owner)
+    , m_paths(paths)
+    , m_texts(std::move(texts))
+    , m_inbox([this](const platform::AppMessage &message) { take(message); })
+    , m_checker(std::make_unique<update::UpdateChecker>(
+          update::UpdatePlaces{serverAddress(), paths.update, paths.updateInTransit},
+          QString(platform::build::kVersion), downloadUpdateInfo, m_inbox.port(),
+          platform::systemClock()))
+{
+}
+
+Updates::~Updates() = default;
+
+void Updates::checkIfDue(int mode)
+{
+    if (update::isCheckDue(mode, update::lastCheckTime(m_paths.update),
+                           platform::systemClock().wallNow())) {
+        m_checker->check(CheckKind::Automatic);
+    }
+}
+
+void Updates::checkNow()
+{
+    m_checking = std::make_unique<ui::CheckingDialog>(&m_owner, m_texts);
+    m_checking->show();
+    m_checker->check(CheckKind::Explicit);
+}
+
+void Updates::take(const platform::AppMessage &message)
+{
+    const auto result = static_cast<UpdateResult>(message.first);
+    const bool isAwaited = m_checking != nullptr && m_checking->isVisible();
+    if (m_checking != nullptr) {
+        m_checking->hide();
+    }
+    switch (result) {
+    case UpdateResult::News:
+        ask(result);
+        break;
+    case UpdateResult::NoticedBefore:
+        if (isAwaited) {
+            ask(result);
+        }
+        break;
+    case UpdateResult::NoUpdate:
+        if (isAwaited) {
+            QMessageBox::information(&m_owner, kTitle, u"There is no new update available."_s);
+        }
+        break;
+    case UpdateResult::Unreachable:
+        if (isAwaited) {
+            QMessageBox::warning(&m_owner, kTitle,
+                                 u"Can not connect to the server, please check your network "
+                                 u"connection."_s);
+        }
+        break;
+    }
+}
+
+void Updates::ask(UpdateResult result)
+{
+    const auto info = update::readUpdateInfo(m_paths.update);
+    const auto notice =
+        result == UpdateResult::News ? update::Notice::First : update::Notice::Again;
+    QMessageBox box(QMessageBox::Question, kTitle, {}, QMessageBox::Yes | QMessageBox::No,
+                    &m_owner);
+    // The answer is from outside, and nothing but text.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(update::updateQuestion(info, notice));
+    if (box.exec() == QMessageBox::Yes) {
+        platform::openAddress(info.page);
+    }
+}
+
+} // namespace tollivar::app

@@ -1,0 +1,113 @@
+#include "platform/build_config.h"
+#include "tests/support/sandbox.h"
+#include "update/update_info.h"
+#include "update/update_schedule.h"
+#include "update/version.h"
+
+#include <gtest/gtest.h>
+
+namespace tollivar::update {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+TEST(Version, partsAreComparedAsNumbers)
+{
+    EXPECT_GT(compareVersions(u"1.2.10.0", u"1.2.9.9"), 0);
+    EXPECT_LT(compareVersions(u"1.2.9.9", u"1.2.10.0"), 0);
+    EXPECT_EQ(compareVersions(u"1.0.0.0", u"1.0.0.0"), 0);
+    EXPECT_GT(compareVersions(u"2.0.0.0", u"1.99.99.99"), 0);
+    EXPECT_EQ(compareVersions(u"1", u"1.0.0.0"), 0);
+    EXPECT_EQ(compareVersions(u"1.0.0.7beta", u"1.0.0.7"), 0);
+    EXPECT_EQ(compareVersions(u"", u"0.0.0.0"), 0);
+}
+
+TEST(Version, absurdNumbersSaturate)
+{
+    EXPECT_GT(compareVersions(u"9999999999.x", u"1.0.0.0"), 0);
+    EXPECT_EQ(compareVersions(u"9999999999.0", u"99999999999.0"), 0);
+    EXPECT_LT(compareVersions(u"-5.0", u"0.0"), 0);
+}
+
+TEST(UpdateSchedule, aStartChecksByItsMode)
+{
+    const QDateTime now(QDate(2026, 11, 21), QTime(12, 0));
+    EXPECT_FALSE(isCheckDue(0, now.addYears(-1), now));
+    EXPECT_TRUE(isCheckDue(1, now, now));
+    EXPECT_FALSE(isCheckDue(2, now.addDays(-7).addSecs(1), now));
+    EXPECT_TRUE(isCheckDue(2, now.addDays(-7), now));
+    EXPECT_TRUE(isCheckDue(2, now.addDays(1), now));
+    EXPECT_FALSE(isCheckDue(3, now.addYears(-1), now));
+    EXPECT_FALSE(isCheckDue(77, now.addYears(-1), now));
+}
+
+TEST(UpdateSchedule, failuresAreRetriedFiveTimesEachLater)
+{
+    RetrySchedule schedule;
+    for (const auto wait : {5min, 10min, 20min, 30min, 30min}) {
+        EXPECT_EQ(schedule.next(), wait);
+    }
+    EXPECT_EQ(schedule.next(), std::nullopt);
+    schedule.reset();
+    EXPECT_EQ(schedule.next(), 5min);
+}
+
+class UpdateInfoTest : public ::testing::Test {
+protected:
+    [[nodiscard]] UpdateInfo read(const QByteArray &content) const
+    {
+        return readUpdateInfo(m_sandbox.write(u"u.ini"_s, content));
+    }
+    test::Sandbox m_sandbox;
+    const QString m_ownPage{platform::build::kDownloadPage};
+};
+
+TEST_F(UpdateInfoTest, holdsWhatTheServerSays)
+{
+    const UpdateInfo info = read("[Version]\r\nMain=2.1.0.0\r\nReleaseDate=2026-11-01\r\n"
+                                 "WhatsNew=one\\r\\ntwo\r\nDownloadPage=https://get.example/x\r\n");
+    EXPECT_EQ(info.version, u"2.1.0.0"_s);
+    EXPECT_EQ(info.releaseDate, u"2026-11-01"_s);
+    EXPECT_EQ(info.changes, u"one\r\ntwo"_s);
+    EXPECT_EQ(info.page, u"https://get.example/x"_s);
+}
+
+TEST_F(UpdateInfoTest, whatIsMissingHasItsDefault)
+{
+    const UpdateInfo none{u"0.0.0.0"_s, {}, {}, m_ownPage};
+    EXPECT_EQ(readUpdateInfo(m_sandbox.file(u"missing.ini"_s)), none);
+    EXPECT_EQ(read(""), none);
+    EXPECT_EQ(read("[Version\nMain"), none);
+    EXPECT_EQ(read(QByteArray(300 * 1024, 'x')), none);
+}
+
+TEST_F(UpdateInfoTest, aPageThatIsNoWebAddressIsNotBelieved)
+{
+    for (const char *page : {"file:///etc/passwd", "javascript:alert(1)", "-x", "http://", "x y"}) {
+        EXPECT_EQ(read(QByteArray("[Version]\nDownloadPage=") + page + '\n').page, m_ownPage);
+    }
+}
+
+TEST_F(UpdateInfoTest, theTimeOfACheckIsKept)
+{
+    const QString path = m_sandbox.file(u"u.ini"_s);
+    EXPECT_EQ(lastCheckTime(path), QDateTime(QDate(2011, 1, 1), QTime(21, 4, 54)));
+    const QDateTime time(QDate(2026, 11, 21), QTime(3, 4, 5));
+    storeCheckTime(path, time);
+    EXPECT_EQ(lastCheckTime(path), time);
+    m_sandbox.write(u"u.ini"_s, "[Check]\nLastCheckTime=yesterday\n");
+    EXPECT_EQ(lastCheckTime(path), QDateTime(QDate(2011, 1, 1), QTime(21, 4, 54)));
+}
+
+TEST_F(UpdateInfoTest, newsAndKnownVersionsAreAskedAboutWithOneBlankMoreOrLess)
+{
+    const UpdateInfo info{u"2.0.0.0"_s, {}, u"a"_s, {}};
+    EXPECT_EQ(updateQuestion(info, Notice::First),
+              u"A new version(2.0.0.0) of Tollivar is available,would you like to download it "
+              u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
+    EXPECT_EQ(updateQuestion(info, Notice::Again),
+              u"A new version(2.0.0.0) of Tollivar is available, would you like to download it "
+              u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
+}
+
+} // namespace tollivar::update
