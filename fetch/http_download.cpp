@@ -49,6 +49,10 @@ QByteArray requestHeaders(const tasks::TaskInfo &task)
 
 std::uint32_t announcedSize(const HttpClient &client)
 {
+    // A length beside a chunked body is wrong by the protocol's own rules.
+    if (client.header("Transfer-Encoding").value_or(QByteArray()).toLower().contains("chunked")) {
+        return tasks::kUnknownSize;
+    }
     bool isNumber = false;
     const qulonglong length =
         client.header("Content-Length").value_or(QByteArray()).trimmed().toULongLong(&isNumber);

@@ -1,5 +1,6 @@
 #include "tasks/task_manager.h"
 
+#include "platform/thread_role.h"
 #include "platform/worker_thread.h"
 #include "tasks/api/download_mode.h"
 
@@ -45,6 +46,7 @@ TaskManager::~TaskManager()
 
 std::uint32_t TaskManager::addTask(const TaskInfo &record, TaskOrigin origin, RowId row)
 {
+    platform::mainThread.assertHeld();
     const std::uint32_t id = m_nextId++;
     auto task = std::make_shared<Task>();
     task->worker = m_factory();
@@ -273,6 +275,7 @@ void TaskManager::takeOut(Task &task, FileOnRemoval file)
 
 EventOutcome TaskManager::onTaskEvent(std::uint64_t first, std::uint64_t /*second*/)
 {
+    platform::mainThread.assertHeld();
     reapEndedThreads();
     const TaskEventCode code = eventCodeOf(first);
     auto outcome = EventOutcome::FollowUp;

@@ -27,6 +27,7 @@ void TaskRecorder::record(std::uint64_t first, std::uint64_t second)
     const std::uint32_t id = taskIdOf(first);
     const TaskWorker *const worker = m_manager.worker(id);
     if (worker == nullptr) {
+        m_lastProgress.erase(id);
         return;
     }
     const TaskEventCode code = eventCodeOf(first);
@@ -52,11 +53,14 @@ void TaskRecorder::record(std::uint64_t first, std::uint64_t second)
         m_manager.updateNumber(id, NumberColumn::FileCreated, 1);
         break;
     case TaskEventCode::SizeKnown:
-        m_manager.updateNumber(id, NumberColumn::Size, stored(second));
+        // A stream's size is a projection that comes anew with each report.
+        if (worker->record().nProtocol == kProtocolHttp) {
+            m_manager.updateNumber(id, NumberColumn::Size, stored(second));
+        }
         break;
     case TaskEventCode::Progress:
     case TaskEventCode::ProgressUnknownSize:
-        recordProgress(id, stored(second));
+        recordProgress(id, stored(second), worker->record());
         break;
     case TaskEventCode::ParsingAddress:
     case TaskEventCode::DownloadStarted:
@@ -68,8 +72,15 @@ void TaskRecorder::record(std::uint64_t first, std::uint64_t second)
     }
 }
 
-void TaskRecorder::recordProgress(std::uint32_t id, std::int32_t bytes)
+void TaskRecorder::recordProgress(std::uint32_t id, std::int32_t bytes, const TaskInfo &record)
 {
+    constexpr std::size_t kManyTasks = 64;
+    if (m_lastProgress.size() > kManyTasks) {
+        // Of tasks that were removed while they rested nothing is heard any more.
+        std::erase_if(m_lastProgress, [this](const auto &entry) {
+            return m_manager.worker(entry.first) == nullptr;
+        });
+    }
     const auto now = m_clock.steadyNow();
     const auto [last, isFirst] = m_lastProgress.try_emplace(id, now);
     if (!isFirst && now - last->second < kProgressInterval) {
@@ -77,6 +88,9 @@ void TaskRecorder::recordProgress(std::uint32_t id, std::int32_t bytes)
     }
     last->second = now;
     m_manager.updateNumber(id, NumberColumn::DownloadSize, bytes, Durability::Progress);
+    if (record.nProtocol != kProtocolHttp) {
+        m_manager.updateNumber(id, NumberColumn::Size, stored(record.dwSize), Durability::Progress);
+    }
 }
 
 void TaskRecorder::recordCompletion(std::uint32_t id, const TaskInfo &record)
@@ -84,7 +98,7 @@ void TaskRecorder::recordCompletion(std::uint32_t id, const TaskInfo &record)
     m_database.inTransaction([&] {
         m_manager.updateNumber(id, NumberColumn::DownloadSize, stored(record.dwDownloadSize));
         m_manager.updateNumber(id, NumberColumn::CompletedStatus, record.nCompletedStatus);
-        if (record.dwSize == kUnknownSize) {
+        if (record.dwSize == kUnknownSize || record.nProtocol != kProtocolHttp) {
             m_manager.updateNumber(id, NumberColumn::Size, stored(record.dwDownloadSize));
         }
     });

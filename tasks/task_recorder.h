@@ -22,7 +22,7 @@ public:
     void record(std::uint64_t first, std::uint64_t second);
 
 private:
-    void recordProgress(std::uint32_t id, std::int32_t bytes);
+    void recordProgress(std::uint32_t id, std::int32_t bytes, const TaskInfo &record);
     void recordCompletion(std::uint32_t id, const TaskInfo &record);
     void recordAnswer(std::uint32_t id, const TaskInfo &record);
 

@@ -53,6 +53,17 @@ protected:
     TaskInfo m_task;
 };
 
+TEST_F(HttpDownload, aChunkedBodyComesWholeAndALengthBesideItIsNotBelieved)
+{
+    m_site.on("/v", [](test::HttpPeer &peer) {
+        peer.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nContent-Length: 3\r\n\r\n"
+                  "5\r\nabcde\r\n2;note=x\r\nfg\r\n0\r\n\r\n");
+    });
+    EXPECT_EQ(download("/v"), StepResult::Done);
+    EXPECT_EQ(m_sandbox.read(QStringLiteral("clip.mp4")), QByteArray("abcdefg"));
+    EXPECT_EQ(m_task.dwSize, tasks::kUnknownSize);
+}
+
 TEST_F(HttpDownload, aBodyBecomesTheFile)
 {
     const QByteArray body(100'000, 'v');

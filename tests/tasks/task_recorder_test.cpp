@@ -73,6 +73,23 @@ TEST_F(RecorderTest, progressIsStoredAtMostOnceASecond)
     EXPECT_EQ(storedTask().dwDownloadSize, 300U);
 }
 
+TEST_F(RecorderTest, aStreamsProjectedSizeIsStoredWithItsProgressAndItsRealOneAtTheEnd)
+{
+    change([](TaskInfo &task) {
+        task.nProtocol = 0;
+        task.dwSize = 900;
+        task.dwDownloadSize = 450;
+        task.nCompletedStatus = 1;
+    });
+    record(TaskEventCode::SizeKnown, 900);
+    EXPECT_EQ(storedTask().dwSize, kUnknownSize);
+    record(TaskEventCode::Progress, 450);
+    EXPECT_EQ(storedTask().dwSize, 900U);
+    EXPECT_EQ(storedTask().dwDownloadSize, 450U);
+    record(TaskEventCode::Completed);
+    EXPECT_EQ(storedTask().dwSize, 450U);
+}
+
 TEST_F(RecorderTest, completionStoresBytesAndStatus)
 {
     change([](TaskInfo &task) {
