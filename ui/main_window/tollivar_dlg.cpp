@@ -181,8 +181,8 @@ void CTollivarDlg::applyLanguage()
 {
     struct Named {
         QLatin1StringView control;
-        const char16_t *text;
-        const char16_t *tip;
+        const char16_t *text = u"";
+        const char16_t *tip = u"";
     };
     static constexpr std::array kNamed = {
         Named{"btnAddUrl"_L1, u"strBtnAddUrl", u"strTipAddFile"},

@@ -68,7 +68,7 @@ const std::vector<SkinSource> &CPaintManagerUI::sources()
 QString CPaintManagerUI::imagePath(const QString &name)
 {
     for (const auto &source : sources()) {
-        const QString path = source.imagePath(name);
+        QString path = source.imagePath(name);
         if (!path.isEmpty()) {
             return path;
         }

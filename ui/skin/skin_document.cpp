@@ -18,7 +18,7 @@ namespace {
 
 class Reader {
 public:
-    Reader(const QByteArray &xml, const QString &fileName) : m_xml(xml), m_fileName(fileName) {}
+    Reader(const QByteArray &xml, QString fileName) : m_xml(xml), m_fileName(std::move(fileName)) {}
 
     tl::expected<SkinElement, SkinProblem> read()
     {

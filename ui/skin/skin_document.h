@@ -28,7 +28,7 @@ struct SkinElement {
 };
 
 /// The limits of a skin file; no window comes near them.
-inline constexpr qsizetype kMaximumSkinFile = 1024 * 1024; ///< bytes
+inline constexpr qsizetype kMaximumSkinFile = qsizetype{1024} * 1024; ///< bytes
 inline constexpr int kMaximumSkinDepth = 32;
 inline constexpr int kMaximumSkinElements = 2'000;
 

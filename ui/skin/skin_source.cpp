@@ -79,7 +79,7 @@ Result<void> checkImages(const QString &root)
         if (++count > kMaximumSkinFiles) {
             return refusal(root, QStringLiteral("holds too many files"));
         }
-        if (const auto checked = checkImage(files.next()); !checked) {
+        if (auto checked = checkImage(files.next()); !checked) {
             return checked;
         }
     }

@@ -219,7 +219,7 @@ bool isForTheBuilder(QWidget & /*control*/, const QString & /*value*/)
 
 struct Attribute {
     QLatin1StringView name;
-    bool (*apply)(QWidget &, const QString &);
+    bool (*apply)(QWidget &, const QString &) = nullptr;
 };
 
 constexpr std::array kAttributes = {

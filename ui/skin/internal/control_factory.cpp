@@ -153,8 +153,8 @@ QWidget *makeSpacer(const SkinElement & /*element*/, QWidget &parent, CPaintMana
 struct ElementKind {
     QLatin1StringView type;
     QLatin1StringView className;
-    QWidget *(*make)(const SkinElement &, QWidget &, CPaintManagerUI &);
-    bool isContainer;
+    QWidget *(*make)(const SkinElement &, QWidget &, CPaintManagerUI &) = nullptr;
+    bool isContainer = false;
 };
 
 constexpr std::array kKinds = {
