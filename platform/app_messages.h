@@ -13,6 +13,7 @@ enum class AppMessageId : quint32 {
     FlashNote = 0x8017,         ///< show or clear the flash-player note
     AddPendingAddress = 0x801A, ///< add the address that a command line brought
     UpdateResult = 0x8028,      ///< result of an update check
+    ConversionNews = 0x8032,    ///< a conversion went on (second = 0) or ended (second = 1)
 };
 
 /// Identifiers of the texts that other processes hand to the running program.

@@ -97,6 +97,12 @@ ui::WindowServices Program::windowServices()
                 return newTask({.address = address, .folder = m_settings.GetLastFolder()});
             },
         .readCapturedText = readCapturedMedia,
+        .conversionOf =
+            [this](std::uint32_t task) {
+                return ui::CListCtrlEx::Conversion{m_conversions.percent(task),
+                                                   m_conversions.failure(task)};
+            },
+        .stopConversion = [this](std::uint32_t task) { m_conversions.stop(task); },
         .wantsFlashNote =
             [this] {
                 return !m_settings.flag(settings::keys::kNoRemindFlashVersion) &&
@@ -115,7 +121,12 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
     QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,
-                     [this](const tasks::TaskInfo &task) { showCompleted(task); });
+                     [this](const tasks::TaskInfo &task, std::uint32_t id) {
+                         showCompleted(task);
+                         if (!task.m_ConvOpts.m_csType.isEmpty()) {
+                             m_conversions.start(id, task);
+                         }
+                     });
     QObject::connect(window, &CTollivarDlg::dropZoneToggled, window,
                      [this] { m_dropZone->setVisible(!m_dropZone->isVisible()); });
     QObject::connect(window, &CTollivarDlg::activatedByPerson, m_dropZone.get(), [this] {
@@ -314,6 +325,7 @@ void Program::tellSkinProblems()
 void Program::shutDown()
 {
     m_window->leaveScreen();
+    m_conversions.stopAll();
     m_dropZone->hide();
     ui::CTaskNotifyDlg::closeAll();
     m_engine.manager().shutDown();

@@ -3,6 +3,7 @@
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
+#include "app/window/conversions.h"
 #include "app/window/updates.h"
 #include "platform/flash_version.h"
 #include "platform/interrupt.h"
@@ -66,6 +67,7 @@ private:
     platform::FlashVersion m_flash = platform::flashPlayerVersion();
     platform::Sound m_sound;
     platform::AppMessageInbox m_inbox;
+    Conversions m_conversions{[this](std::uint32_t task) { m_window->redrawTask(task); }};
     std::unique_ptr<ui::CTollivarDlg> m_window;
     std::unique_ptr<ui::CDragDlg> m_dropZone;
     std::unique_ptr<Updates> m_updates;

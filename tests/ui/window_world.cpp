@@ -88,6 +88,8 @@ ui::CTollivarDlg &WindowWorld::open()
             return task;
         },
         .readCapturedText = [this](const QString & /*text*/) { return captured; },
+        .conversionOf = {},
+        .stopConversion = {},
         .wantsFlashNote = {},
     });
     m_window->show();

@@ -126,6 +126,9 @@ void CTollivarDlg::bindList()
     m_list = new CListCtrlEx(m_services.texts.text);
     m_list->setObjectName(u"taskList"_s);
     bindNativeChild(u"wndDownloadList"_s, *m_list);
+    if (m_services.conversionOf) {
+        m_list->onConversion(m_services.conversionOf);
+    }
     m_list->attach(&m_services.manager);
     applyOptions();
     m_services.manager.onRowsChanged([this] { m_list->refreshRows(); });
@@ -162,7 +165,7 @@ void CTollivarDlg::bindKeys()
         offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()), AddressOrigin::Dropped);
     });
     bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
-    bind(QKeySequence(Qt::Key_F6), [this] { m_commands.stopSelected(); });
+    bind(QKeySequence(Qt::Key_F6), [this] { stopSelected(); });
     bind(QKeySequence::Quit, [this] { Q_EMIT exitWanted(); });
     bind(QKeySequence(Qt::Key_F10), [this] { handleClick(u"btnMenu"_s); });
 }
@@ -359,7 +362,7 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
     if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
         code == TaskEventCode::Completed) {
         m_list->refreshRows();
-        Q_EMIT taskCompleted(worker->record());
+        Q_EMIT taskCompleted(worker->record(), taskId);
     }
 }
 
@@ -488,6 +491,18 @@ void CTollivarDlg::startSelected()
 void CTollivarDlg::stopSelected()
 {
     m_commands.stopSelected();
+    for (const int row : m_list->selectedRows()) {
+        const auto *worker = m_services.manager.workerAt(row);
+        if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
+            m_services.stopConversion) {
+            m_services.stopConversion(worker->taskId());
+        }
+    }
+}
+
+void CTollivarDlg::redrawTask(std::uint32_t taskId)
+{
+    redrawRow(m_services.manager.rowOf(taskId));
 }
 
 void CTollivarDlg::removeSelected()

@@ -49,6 +49,8 @@ public:
 
     /// Called after each task event, when manager and database have seen it.
     void onTaskEvent(std::uint32_t taskId, tasks::TaskEventCode code);
+    /// Something about a task has changed that no event tells.
+    void redrawTask(std::uint32_t taskId);
     /// An address from a command line: becomes a task without a question.
     void addAddress(const QString &address);
     /// Stores a complete record as a new task and starts or queues it.
@@ -75,7 +77,7 @@ public:
 
 Q_SIGNALS:
     void exitWanted();
-    void taskCompleted(const tollivar::tasks::TaskInfo &task);
+    void taskCompleted(const tollivar::tasks::TaskInfo &task, std::uint32_t taskId);
     void settingsWanted();
     void updateCheckWanted();
     void helpWanted();

@@ -1,0 +1,98 @@
+#include "app/window/conversions.h"
+#include "convert/converter_command.h"
+#include "convert/profile_table.h"
+#include "tests/support/rtmp_server.h"
+#include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace tollivar::app {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Conversions side by side, with the real converter.
+class ConversionsTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_before = QDir::currentPath();
+        QDir::setCurrent(QStringLiteral(TOLLIVAR_PROGRAMS));
+    }
+    void TearDown() override { QDir::setCurrent(m_before); }
+
+    /// A finished task with a few seconds of sound, to become music.
+    tasks::TaskInfo make(const QString &name, int seconds) const
+    {
+        tasks::TaskInfo task;
+        task.strOutputFolder = m_sandbox.path() + u'/';
+        task.strOutputName = name;
+        task.strFileType = u".mp4"_s;
+        EXPECT_TRUE(convert::ProfileTable::BuildProfiles().ApplyProfileDefaults(
+            u"MP3 - MPEG Layer-3 (*.mp3)"_s, task.m_ConvOpts));
+        if (seconds > 0) {
+            test::runToEnd({u"ffmpeg"_s, u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s, u"-f"_s,
+                            u"lavfi"_s, u"-i"_s, u"sine=duration=%1"_s.arg(seconds),
+                            task.outputPath()});
+        }
+        return task;
+    }
+
+    void waitForEnd(std::uint32_t id)
+    {
+        test::waitUntil("the end of a conversion",
+                        [&] { return !m_conversions.percent(id).has_value(); });
+    }
+
+    test::Sandbox m_sandbox;
+    QString m_before;
+    int m_changes = 0;
+    Conversions m_conversions{[this](std::uint32_t) { ++m_changes; }};
+};
+
+TEST_F(ConversionsTest, eachTaskBecomesItsFile)
+{
+    const auto first = make(u"one"_s, 2);
+    const auto second = make(u"two"_s, 2);
+    m_conversions.start(1, first);
+    m_conversions.start(2, second);
+    m_conversions.start(2, second);
+    EXPECT_EQ(m_conversions.percent(2), 0);
+    waitForEnd(1);
+    waitForEnd(2);
+    EXPECT_TRUE(QFile::exists(convert::convertedPath(first)));
+    EXPECT_TRUE(QFile::exists(convert::convertedPath(second)));
+    EXPECT_EQ(m_conversions.failure(1), QString());
+    EXPECT_GE(m_changes, 4);
+}
+
+TEST_F(ConversionsTest, aFailureIsKeptWithItsReasonUntilTheNextTry)
+{
+    const auto missing = make(u"missing"_s, 0);
+    m_conversions.start(7, missing);
+    waitForEnd(7);
+    EXPECT_TRUE(m_conversions.failure(7).contains(u"No such file"_s))
+        << m_conversions.failure(7).toStdString();
+    m_conversions.stop(7);
+    EXPECT_EQ(m_conversions.failure(7), QString());
+}
+
+TEST_F(ConversionsTest, aStopForgetsWhatWaitsAndEndsWhatRuns)
+{
+    const auto task = make(u"one"_s, 2);
+    for (std::uint32_t id = 1; id <= 20; ++id) {
+        m_conversions.start(id, task);
+    }
+    m_conversions.stop(20);
+    EXPECT_FALSE(m_conversions.percent(20));
+    m_conversions.stopAll();
+    EXPECT_FALSE(m_conversions.percent(1));
+    EXPECT_FALSE(m_conversions.percent(19));
+}
+
+} // namespace
+} // namespace tollivar::app

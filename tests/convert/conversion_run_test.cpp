@@ -1,0 +1,147 @@
+#include "convert/conversion_run.h"
+#include "convert/converter_command.h"
+#include "convert/profile_table.h"
+#include "tests/support/rtmp_server.h"
+#include "tests/support/sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <future>
+
+namespace tollivar::convert {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// Conversions by the real converter and ffmpeg.
+class ConversionRun : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        // The converter is named relatively to the program directory.
+        m_before = QDir::currentPath();
+        QDir::setCurrent(QStringLiteral(TOLLIVAR_PROGRAMS));
+        m_task.strOutputFolder = m_sandbox.path() + u'/';
+        m_task.strOutputName = u"my clip, 100%"_s;
+        m_task.strFileType = u".mp4"_s;
+    }
+    void TearDown() override { QDir::setCurrent(m_before); }
+
+    void make(const QStringList &sources, const QStringList &codecs = {}) const
+    {
+        QStringList command{u"ffmpeg"_s, u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s};
+        for (const QString &source : sources) {
+            command += {u"-f"_s, u"lavfi"_s, u"-i"_s, source};
+        }
+        test::runToEnd(command + codecs + QStringList{m_task.outputPath()});
+    }
+
+    void choose(const QString &profile)
+    {
+        ASSERT_TRUE(ProfileTable::BuildProfiles().ApplyProfileDefaults(profile, m_task.m_ConvOpts));
+    }
+
+    ConversionResult run()
+    {
+        return RunConversion(m_task, m_stop,
+                             [this](int percent) { m_percents.push_back(percent); });
+    }
+
+    QByteArray probe() const
+    {
+        return test::runToEnd({u"ffprobe"_s, u"-v"_s, u"error"_s, u"-show_entries"_s,
+                               u"stream=codec_name,width,height,sample_rate,channels"_s, u"-of"_s,
+                               u"default=noprint_wrappers=1"_s, convertedPath(m_task)});
+    }
+
+    test::Sandbox m_sandbox;
+    tasks::TaskInfo m_task;
+    platform::AutoResetEvent m_stop;
+    std::vector<int> m_percents;
+    QString m_before;
+};
+
+TEST_F(ConversionRun, everyProfileMakesAFileThatReads)
+{
+    make({u"testsrc=size=321x241:rate=25:duration=2"_s, u"sine=duration=2"_s},
+         {u"-c:v"_s, u"mpeg4"_s, u"-c:a"_s, u"aac"_s, u"-ac"_s, u"2"_s});
+    for (const QString &profile : ProfileTable::BuildProfiles().names()) {
+        if (profile == ProfileTable::defaultName()) {
+            continue;
+        }
+        choose(profile);
+        if (m_task.m_ConvOpts.m_csType == m_task.strFileType) {
+            m_task.m_ConvOpts.m_csType = u".m4v"_s;
+        }
+        const ConversionResult result = run();
+        EXPECT_EQ(result.end, ConversionEnd::Ended);
+        EXPECT_TRUE(result.isGood)
+            << profile.toStdString() << ": " << result.lastLine.toStdString();
+    }
+    // Nothing but the files themselves is left.
+    const auto files = QDir(m_sandbox.path()).entryList(QDir::Files | QDir::Hidden);
+    EXPECT_TRUE(files.filter(u"converting"_s).isEmpty()) << files.join(u' ').toStdString();
+}
+
+TEST_F(ConversionRun, theOutputHasTheProfilesSizeAndRates)
+{
+    make({u"testsrc=size=640x360:rate=25:duration=2"_s, u"sine=duration=2"_s});
+    choose(u"WMV - Windows Media Video (*.wmv)"_s);
+    m_task.m_ConvOpts.m_csVideoSizeOpts = u"320x240"_s;
+    EXPECT_TRUE(run().isGood);
+    const QByteArray found = probe();
+    for (const char *what : {"codec_name=wmv2", "width=320", "height=240", "codec_name=wmav2",
+                             "sample_rate=48000", "channels=2"}) {
+        EXPECT_TRUE(found.contains(what)) << what << '\n' << found.constData();
+    }
+}
+
+TEST_F(ConversionRun, aFileWithoutSoundCannotBecomeMusicAndLeavesNothing)
+{
+    make({u"testsrc=size=320x240:rate=25:duration=1"_s});
+    choose(u"MP3 - MPEG Layer-3 (*.mp3)"_s);
+    const ConversionResult result = run();
+    EXPECT_FALSE(result.isGood);
+    EXPECT_FALSE(result.lastLine.isEmpty());
+    EXPECT_FALSE(QFile::exists(convertedPath(m_task)));
+    EXPECT_TRUE(QFile::exists(m_task.outputPath()));
+}
+
+TEST_F(ConversionRun, aDamagedInputFailsAndSurvivesWhenItIsItsOwnOutput)
+{
+    m_sandbox.write(m_task.strOutputName + u".mp4"_s, "not a video at all");
+    choose(u"MP4 - MPEG-4 Video (*.mp4)"_s);
+    EXPECT_FALSE(run().isGood);
+    EXPECT_EQ(m_sandbox.read(m_task.strOutputName + u".mp4"_s), "not a video at all");
+}
+
+TEST_F(ConversionRun, aStopEndsItAtOnceAndLeavesNoHalfFile)
+{
+    make({u"testsrc=size=1280x720:rate=50:duration=60"_s}, {u"-c:v"_s, u"mpeg4"_s});
+    choose(u"AVI - Audio-Video Interleaved (*.avi)"_s);
+    auto running = std::async(std::launch::async, [this] { return run(); });
+    const QString half = m_sandbox.file(u".converting-"_s + m_task.strOutputName + u".avi"_s);
+    while (!QFile::exists(half) && running.wait_for(1ms) != std::future_status::ready) {
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    m_stop.set();
+    EXPECT_EQ(running.get().end, ConversionEnd::Stopped);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    EXPECT_FALSE(QFile::exists(half));
+    EXPECT_FALSE(QFile::exists(convertedPath(m_task)));
+}
+
+TEST_F(ConversionRun, theLengthOfAFileIsTold)
+{
+    make({u"sine=duration=3"_s});
+    QString duration;
+    EXPECT_TRUE(ProbeDuration(m_task.outputPath(), m_stop, duration));
+    EXPECT_EQ(duration, u"00:00:03"_s);
+    EXPECT_FALSE(ProbeDuration(m_sandbox.file(u"missing.mp4"_s), m_stop, duration));
+}
+
+} // namespace tollivar::convert
