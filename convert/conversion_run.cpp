@@ -21,14 +21,15 @@ constexpr qsizetype kKeptOutput = 4'096;
 
 QString lastLineOf(const QString &output)
 {
+    QString last;
     const auto lines = output.split(u'\n', Qt::SkipEmptyParts);
-    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-        const QString text = line->trimmed();
+    for (const QString &line : lines) {
+        const QString text = line.trimmed();
         if (!text.isEmpty() && !text.startsWith(u"time=")) {
-            return text;
+            last = text;
         }
     }
-    return {};
+    return last;
 }
 
 bool readsAsMedia(const QString &path, platform::AutoResetEvent &stop)

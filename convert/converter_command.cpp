@@ -15,7 +15,7 @@ namespace {
 const QString kConverter = u".\\Transcoder\\TransVert.exe transvert.exe "_s;
 
 struct Option {
-    QString ConversionOptions::*value;
+    QString ConversionOptions::*value = nullptr;
     QStringView name;
     QStringView suffix;
 };

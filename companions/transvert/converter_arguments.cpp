@@ -64,7 +64,7 @@ QString evenSize(const QString &size, QStringList &notes)
     }
     const int width = sides[0].toInt() / 2 * 2;
     const int height = sides[1].toInt() / 2 * 2;
-    const QString even = u"%1x%2"_s.arg(width).arg(height);
+    QString even = u"%1x%2"_s.arg(width).arg(height);
     if (even != size) {
         notes.append(u"the size %1 is odd, %2 is used"_s.arg(size, even));
     }
