@@ -251,6 +251,9 @@ Result<CliCommand> readCliArguments(const QStringList &arguments)
     if (command == u"probe") {
         return readProbe(rest);
     }
+    if (command == u"profiles") {
+        return readPlain<CliProfiles>(rest, QLatin1StringView("profiles"));
+    }
     return failure(ErrorKind::AskUser, QStringLiteral("unknown command \"%1\"").arg(command));
 }
 
@@ -273,6 +276,7 @@ QString cliHelpText()
         "                       take tasks out of the list, with their files if asked\n"
         "  probe ADDRESS [--json]\n"
         "                       find the media of a page, and download nothing\n"
+        "  profiles [--json]    the formats that a file can be converted to\n"
         "  --version, --help\n"
         "\n"
         "The path of each finished file goes to standard output, one a line.\n"

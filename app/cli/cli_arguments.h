@@ -45,11 +45,15 @@ struct CliProbe {
     CliOutput output = CliOutput::Text;
 };
 
+struct CliProfiles {
+    CliOutput output = CliOutput::Text;
+};
+
 struct CliVersion {};
 struct CliHelp {};
 
-using CliCommand =
-    std::variant<CliDownload, CliRun, CliList, CliRemove, CliProbe, CliVersion, CliHelp>;
+using CliCommand = std::variant<CliDownload, CliRun, CliList, CliRemove, CliProbe, CliProfiles,
+                                CliVersion, CliHelp>;
 
 /// Reads the arguments after the program's name. "--" ends the options, so that an address may
 /// begin with a dash.

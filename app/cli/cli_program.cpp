@@ -4,6 +4,7 @@
 #include "app/cli/exit_status.h"
 #include "app/cli/list_command.h"
 #include "app/cli/probe_command.h"
+#include "app/cli/profiles_command.h"
 #include "app/cli/standard_streams.h"
 #include "app/cli/task_commands.h"
 #include "platform/build_config.h"
@@ -24,6 +25,7 @@ struct Runner {
     int operator()(const CliList &list) const { return runList(list); }
     int operator()(const CliRemove &remove) const { return runRemove(remove); }
     int operator()(const CliProbe &probe) const { return runProbe(probe); }
+    int operator()(const CliProfiles &profiles) const { return runProfiles(profiles); }
     int operator()(const CliVersion & /*version*/) const
     {
         writeOutput("tollivar-cli " + QByteArray(platform::build::kVersion.data()) + '\n');

@@ -72,6 +72,8 @@ TEST(CliArguments, theOtherCommandsAreRead)
               CliOutput::Json);
     EXPECT_EQ(read<CliProbe>({QStringLiteral("probe"), QStringLiteral("http://a/")}).address,
               QStringLiteral("http://a/"));
+    EXPECT_EQ(read<CliProfiles>({QStringLiteral("profiles"), QStringLiteral("--json")}).output,
+              CliOutput::Json);
     read<CliVersion>({QStringLiteral("--version")});
     read<CliHelp>({QStringLiteral("--help")});
     read<CliHelp>({QStringLiteral("download"), QStringLiteral("--help")});
@@ -117,6 +119,9 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"valueForASwitch",
                 {QStringLiteral("list"), QStringLiteral("--json=yes")},
                 QStringLiteral("--json takes no value")},
+        Refused{"operandOfProfiles",
+                {QStringLiteral("profiles"), QStringLiteral("mp3")},
+                QStringLiteral("profiles takes no arguments")},
         Refused{"unknownMode",
                 {QStringLiteral("download"), QStringLiteral("http://a/"), QStringLiteral("--mode"),
                  QStringLiteral("fast")},

@@ -51,6 +51,19 @@ TEST_F(CliTasks, theListOfNothingIsEmpty)
     EXPECT_TRUE(list().isEmpty());
 }
 
+TEST_F(CliTasks, profilesAreListedWithoutADataDirectory)
+{
+    EXPECT_EQ(run({QStringLiteral("profiles")}), 0);
+    EXPECT_TRUE(m_output.startsWith("None - Original File Format (*.*)\nMP3"))
+        << m_output.constData();
+    EXPECT_EQ(m_output.count('\n'), 15);
+
+    EXPECT_EQ(run({QStringLiteral("profiles"), QStringLiteral("--json")}), 0);
+    EXPECT_EQ(QJsonDocument::fromJson(m_output).array().size(), 15);
+    EXPECT_EQ(m_errors, QByteArray());
+    EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("data/Tollivar Data"))));
+}
+
 TEST_F(CliTasks, theListHasColumnsRowsAndStates)
 {
     m_site.on("/a.mp4", test::answer("12345"));
