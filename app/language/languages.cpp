@@ -16,6 +16,8 @@ namespace {
 constexpr qint64 kMaximumFileBytes = 1024LL * 1024;
 constexpr int kMaximumFiles = 500;
 constexpr qsizetype kMaximumName = 64;
+/// What a menu entry shows of its text.
+constexpr qsizetype kMaximumEntry = 1'024;
 
 /// The name that a file gives itself; empty when it is no language file.
 QString nameOf(const QFileInfo &file)
@@ -38,7 +40,10 @@ Languages::Languages(const settings::SettingsStore &settings, QString folder)
 
 void Languages::load()
 {
-    m_strings.reset();
+    m_names.clear();
+    m_paths.clear();
+    m_current.clear();
+    forgetTexts();
     const auto files = QDir(m_folder).entryInfoList({u"*.ini"_s}, QDir::Files, QDir::Name);
     for (const QFileInfo &file : files.first(std::min<qsizetype>(files.size(), kMaximumFiles))) {
         const QString name = nameOf(file);
@@ -60,13 +65,18 @@ void Languages::apply(const QString &name)
     }
     m_settings.SetLanguage(name);
     m_current = name;
-    m_strings.reset();
-    m_menuTexts.clear();
-    m_dialogs.clear();
+    forgetTexts();
     readStrings();
     for (const MenuTable *menu : {&helpMenu(), &listMenu(), &trayMenu()}) {
         readMenu(*menu);
     }
+}
+
+void Languages::forgetTexts()
+{
+    m_strings.reset();
+    m_menuTexts.clear();
+    m_dialogs.clear();
 }
 
 void Languages::readStrings()
@@ -87,7 +97,7 @@ void Languages::readMenu(const MenuTable &menu)
         const QString text = values.value(key.toLower());
         const QString place = menu.section + key;
         if (!text.isEmpty() && !m_menuTexts.contains(place)) {
-            m_menuTexts.insert(place, unescaped(text));
+            m_menuTexts.insert(place, text);
         }
     }
 }
@@ -108,8 +118,12 @@ QString Languages::dialogText(const QString &section, const QString &control) co
     return unescaped(m_dialogs[section].value(control.toLower()));
 }
 
-void Languages::writeTemplate(const MenuTable &menu) const
+platform::Result<void> Languages::writeTemplate(const MenuTable &menu) const
 {
+    if (m_current.isEmpty()) {
+        return platform::failure(platform::ErrorKind::AskUser,
+                                 u"no language file is in use to write into"_s);
+    }
     const IniFile file(m_paths.value(m_current));
     int position = 0;
     for (const MenuEntry &entry : menu.entries) {
@@ -117,11 +131,14 @@ void Languages::writeTemplate(const MenuTable &menu) const
         if (entry.kind == MenuEntry::Kind::Separator) {
             continue;
         }
-        if (const auto written = file.write(menu.section.toString(), key, entry.english);
+        const QString translated = menuText(menu.section, key);
+        const QString present = translated.isEmpty() ? entry.english.toString() : translated;
+        if (auto written = file.write(QString(menu.section), key, present.left(kMaximumEntry));
             !written) {
-            qWarning("%s: %s", qPrintable(file.path()), qPrintable(written.error().text));
+            return written;
         }
     }
+    return {};
 }
 
 } // namespace tollivar::language

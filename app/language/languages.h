@@ -2,6 +2,7 @@
 
 #include "app/language/menu_tables.h"
 #include "app/language/string_table.h"
+#include "platform/result.h"
 #include "settings/settings_store.h"
 
 #include <QHash>
@@ -14,13 +15,13 @@ namespace tollivar::language {
 /// what that language's file says in its place. docs/languages.md describes the files.
 ///
 /// Threads: the main thread.
-/// Errors:  none are told: whatever a file lacks, or holds wrongly, stays English.
+/// Errors:  reading tells none: whatever a file lacks, or holds wrongly, stays English.
 class Languages {
 public:
     /// `settings` is borrowed and must outlive the object.
     Languages(const settings::SettingsStore &settings, QString folder);
 
-    /// Finds the language files and applies the chosen language.
+    /// Finds the language files that are there now, and applies the chosen language.
     void load();
     /// Chooses a language and remembers the choice; an unknown one changes nothing.
     void apply(const QString &name);
@@ -36,10 +37,13 @@ public:
     /// A dialog's text by section and control name; empty when the language has none.
     [[nodiscard]] QString dialogText(const QString &section, const QString &control) const;
 
-    /// Writes the English texts of a menu into the current language file: a template to translate.
-    void writeTemplate(const MenuTable &menu) const;
+    /// Writes the present texts of a menu into the current language file, as a template to
+    /// translate: what is translated already stays, the rest is English.
+    /// Errors: AskUser while no language file is in use; otherwise what writing the file tells.
+    [[nodiscard]] platform::Result<void> writeTemplate(const MenuTable &menu) const;
 
 private:
+    void forgetTexts();
     void readStrings();
     void readMenu(const MenuTable &menu);
 

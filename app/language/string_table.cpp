@@ -17,19 +17,23 @@ void StringTable::set(const QString &id, const QString &text)
     }
 }
 
-QString unescaped(QString value)
+QString unescaped(QStringView value)
 {
-    for (qsizetype slash = value.indexOf(u'\\'); slash >= 0; slash = value.indexOf(u'\\')) {
-        const QChar next = slash + 1 < value.size() ? value[slash + 1] : QChar();
-        if (next == u'n') {
-            value.replace(slash, 2, QChar(u'\n'));
-        } else if (next == u'r') {
-            value.replace(slash, 2, QChar(u'\r'));
-        } else {
-            value.remove(slash, 1);
+    QString text;
+    text.reserve(value.size());
+    for (qsizetype place = 0; place < value.size(); ++place) {
+        if (value[place] != u'\\') {
+            text += value[place];
+            continue;
+        }
+        // Only the backslash goes: what stands behind it may be the next one.
+        const QChar next = place + 1 < value.size() ? value[place + 1] : QChar();
+        if (next == u'n' || next == u'r') {
+            text += next == u'n' ? u'\n' : u'\r';
+            ++place;
         }
     }
-    return value;
+    return text;
 }
 
 } // namespace tollivar::language

@@ -37,6 +37,6 @@ private:
 /// A value of a language file as text: "\r" and "\n" are line ends, a backslash before any other
 /// character falls away. What a replacement leaves is read again from the beginning, so that "\\n"
 /// ends a line too.
-[[nodiscard]] QString unescaped(QString value);
+[[nodiscard]] QString unescaped(QStringView value);
 
 } // namespace tollivar::language

@@ -122,11 +122,106 @@ TEST_F(LanguagesTest, aMenusTemplateHoldsItsPresentTexts)
 {
     write(u"a.ini"_s, u"[INFO]\nLanguage=A\n"_s);
     const Languages languages = load(u"A"_s);
-    languages.writeTemplate(trayMenu());
+    EXPECT_TRUE(languages.writeTemplate(trayMenu()));
     const platform::IniFile file(m_sandbox.file(u"Language/a.ini"_s));
     EXPECT_EQ(file.read(u"IDR_MENU_TRAY", u"32780"), u"Open/Hide Window"_s);
     EXPECT_EQ(file.read(u"IDR_MENU_TRAY", u"32783"), u"Exit"_s);
     EXPECT_EQ(file.readSection(u"IDR_MENU_TRAY").size(), 5);
+}
+
+TEST_F(LanguagesTest, aTemplateKeepsWhatIsTranslatedAlready)
+{
+    write(u"a.ini"_s, u"[INFO]\nLanguage=A\n[IDR_MENU_TRAY]\n32783=Ende\n"
+                      u"[IDR_MENU_HELP]\nPOP_1=Sprache\n"_s);
+    const Languages languages = load(u"A"_s);
+    EXPECT_TRUE(languages.writeTemplate(trayMenu()));
+    EXPECT_TRUE(languages.writeTemplate(helpMenu()));
+    const platform::IniFile file(m_sandbox.file(u"Language/a.ini"_s));
+    EXPECT_EQ(file.read(u"IDR_MENU_TRAY", u"32783"), u"Ende"_s);
+    EXPECT_EQ(file.read(u"IDR_MENU_TRAY", u"32780"), u"Open/Hide Window"_s);
+    EXPECT_EQ(file.read(u"IDR_MENU_HELP", u"POP_1"), u"Sprache"_s);
+}
+
+TEST_F(LanguagesTest, aTemplateHoldsAtMost1024CharactersOfAnEntry)
+{
+    write(u"a.ini"_s,
+          u"[INFO]\nLanguage=A\n[IDR_MENU_TRAY]\n32783="_s + QString(5'000, u'x') + u'\n');
+    const Languages languages = load(u"A"_s);
+    EXPECT_TRUE(languages.writeTemplate(trayMenu()));
+    const platform::IniFile file(m_sandbox.file(u"Language/a.ini"_s));
+    EXPECT_EQ(file.read(u"IDR_MENU_TRAY", u"32783"), QString(1'024, u'x'));
+}
+
+TEST_F(LanguagesTest, withoutALanguageNoTemplateIsWritten)
+{
+    const Languages languages = load();
+    EXPECT_FALSE(languages.writeTemplate(trayMenu()));
+    EXPECT_FALSE(QFile::exists(m_sandbox.file(u"Language"_s)));
+}
+
+TEST_F(LanguagesTest, aMenuTextStandsAsItIsInTheFile)
+{
+    write(u"a.ini"_s, u"[INFO]\nLanguage=A\n[IDR_MENU_LIST]\n32797=a\\nb\n32793=\n"_s);
+    const Languages languages = load(u"A"_s);
+    EXPECT_EQ(languages.menuText(u"IDR_MENU_LIST"_s, u"32797"_s), u"a\\nb"_s);
+    EXPECT_EQ(languages.menuText(u"IDR_MENU_LIST"_s, u"32793"_s), QString());
+}
+
+TEST_F(LanguagesTest, menuAndDialogTextsOfTheLastLanguageAreForgotten)
+{
+    write(u"a.ini"_s, u"[INFO]\nLanguage=A\n[IDR_MENU_TRAY]\n32783=Ende\n"
+                      u"[DIALOG_ADDTASK]\ntitle=Neu\n"_s);
+    write(u"b.ini"_s, u"[INFO]\nLanguage=B\n"_s);
+    Languages languages = load(u"A"_s);
+    EXPECT_EQ(languages.dialogText(u"DIALOG_ADDTASK"_s, u"title"_s), u"Neu"_s);
+    languages.apply(u"B"_s);
+    EXPECT_EQ(languages.menuText(u"IDR_MENU_TRAY"_s, u"32783"_s), QString());
+    EXPECT_EQ(languages.dialogText(u"DIALOG_ADDTASK"_s, u"title"_s), QString());
+}
+
+TEST_F(LanguagesTest, loadingAgainFindsWhatIsThereNow)
+{
+    write(u"a.ini"_s, u"[INFO]\nLanguage=A\n[STRING]\nstrMore=a\n"_s);
+    Languages languages = load(u"A"_s);
+    ASSERT_TRUE(QFile::remove(m_sandbox.file(u"Language/a.ini"_s)));
+    write(u"b.ini"_s, u"[INFO]\nLanguage=B\n"_s);
+    languages.load();
+    EXPECT_THAT(languages.names(), ElementsAre(u"B"_s));
+    EXPECT_EQ(languages.current(), QString());
+    EXPECT_EQ(languages.text(u"strMore"_s), u"More>>"_s);
+}
+
+TEST_F(LanguagesTest, ofTenThousandFilesTheFirstFiveHundredByNameAreOffered)
+{
+    for (int file = 0; file < 10'000; ++file) {
+        m_sandbox.write(u"Language/%1.ini"_s.arg(file, 5, 10, QLatin1Char('0')),
+                        "[INFO]\nLanguage=" + QByteArray::number(file) + '\n');
+    }
+    const Languages languages = load(u"499"_s);
+    ASSERT_EQ(languages.names().size(), 500);
+    EXPECT_EQ(languages.names().front(), u"0"_s);
+    EXPECT_EQ(languages.current(), u"499"_s);
+}
+
+TEST_F(LanguagesTest, aFileCutOrDamagedAnywhereStillLoads)
+{
+    QByteArray good("\xFF\xFE", 2);
+    const QString text = u"[INFO]\r\nLanguage=Test\r\n[STRING]\r\nstrMore=a\\nb\r\n"
+                         u"[IDR_MENU_TRAY]\r\n32783=Ende\r\n"_s;
+    good.append(reinterpret_cast<const char *>(text.utf16()), text.size() * 2);
+    m_settings.SetLanguage(u"Test"_s);
+    for (qsizetype place = 0; place < good.size(); ++place) {
+        QByteArray flipped = good;
+        flipped[place] = static_cast<char>(flipped[place] ^ 0x20);
+        for (const QByteArray &bytes : {good.first(place), flipped}) {
+            m_sandbox.write(u"Language/a.ini"_s, bytes);
+            Languages languages(m_settings, m_sandbox.file(u"Language"_s));
+            languages.load();
+            EXPECT_LE(languages.names().size(), 1);
+            EXPECT_FALSE(languages.text(u"strMore"_s).isEmpty()) << "at byte " << place;
+            EXPECT_FALSE(languages.text(u"strMore"_s).contains(u'\\')) << "at byte " << place;
+        }
+    }
 }
 
 TEST_F(LanguagesTest, hostileFilesDoNoHarm)
