@@ -16,6 +16,29 @@ set(TOLLIVAR_BROADCASTER_1 "broadcaster-one.example" CACHE STRING
 set(TOLLIVAR_BROADCASTER_2 "broadcaster-two.example" CACHE STRING
     "Second domain whose titles lose their number prefix")
 
+set(TOLLIVAR_APPLICATION_ID "io.github.tollivar.Tollivar" CACHE STRING
+    "Reverse-DNS name of the desktop file and the icons")
+
+# What the about dialog tells: name, version and licence of each library.
+set(TOLLIVAR_LIBRARIES "")
+function(tollivar_library name version licence)
+    string(REGEX REPLACE "^v" "" version "${version}")
+    string(APPEND TOLLIVAR_LIBRARIES
+        "    {QLatin1StringView{\"${name}\"}, QLatin1StringView{\"${version}\"},\n"
+        "     QLatin1StringView{\"${licence}\"}},\n")
+    set(TOLLIVAR_LIBRARIES "${TOLLIVAR_LIBRARIES}" PARENT_SCOPE)
+endfunction()
+tollivar_library(Qt "${Qt6_VERSION}" "LGPL 3")
+tollivar_library(SQLite "${SQLITE_VERSION}" "public domain")
+tollivar_library(libcurl "${CURL_VERSION}" "curl")
+tollivar_library(librtmp "${RTMP_VERSION}" "LGPL 2.1")
+tollivar_library(libzip "${ZIP_VERSION}" "BSD")
+tollivar_library(libcanberra "${CANBERRA_VERSION}" "LGPL 2.1")
+tollivar_library(libxcb "${XCB_VERSION}" "MIT")
+if(MPV_VERSION)
+    tollivar_library(libmpv "${MPV_VERSION}" "GPL 2")
+endif()
+
 configure_file(${CMAKE_SOURCE_DIR}/platform/build_config.h.in
                ${CMAKE_BINARY_DIR}/generated/platform/build_config.h @ONLY)
 target_include_directories(tollivar_flags INTERFACE ${CMAKE_BINARY_DIR}/generated)

@@ -9,6 +9,8 @@ int main(int argc, char **argv)
     tollivar::platform::setUpLog();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(tollivar::platform::build::kProductName);
+    // By this name the desktop knows whose windows these are.
+    QApplication::setDesktopFileName(tollivar::platform::build::kApplicationId);
     QApplication::setApplicationVersion(tollivar::platform::build::kVersion);
     // The window hides to the tray; only the exit commands end the program.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -118,6 +118,11 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::exitWanted, window, [] { QApplication::exit(); });
     QObject::connect(window, &CTollivarDlg::homePageWanted, window,
                      [] { platform::openAddress(QString(platform::build::kHomePage)); });
+    QObject::connect(window, &CTollivarDlg::helpWanted, window, [] {
+        if (!platform::openPath(platform::programDirectory() + u"/help/index.html"_s)) {
+            platform::openAddress(QString(platform::build::kHelpPage));
+        }
+    });
     QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
     QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,

@@ -1,4 +1,5 @@
 #include "app/command_line.h"
+#include "app/task_request.h"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +34,29 @@ TEST(CommandLine, aNameWithoutAValueBringsNothing)
     EXPECT_EQ(addressOf(words("Tollivar -url")), std::nullopt);
     EXPECT_EQ(addressOf(words("Tollivar")), std::nullopt);
     EXPECT_EQ(addressOf({}), std::nullopt);
+}
+
+TEST(CommandLine, aLinkOfTheProgramsOwnKindGivesTheAddressInIt)
+{
+    EXPECT_EQ(addressOf(words("Tollivar -url tollivar:https://example.org/a?b=c#d")),
+              QStringLiteral("https://example.org/a?b=c#d"));
+    EXPECT_EQ(addressOf(words("Tollivar -url TOLLIVAR:example.org/a")),
+              QStringLiteral("example.org/a"));
+    EXPECT_EQ(addressOf(words("Tollivar -url tollivar:")), QString());
+    EXPECT_EQ(addressOf(words("Tollivar -url https://tollivar:1/a")),
+              QStringLiteral("https://tollivar:1/a"));
+}
+
+TEST(CommandLine, aLinkCannotSmuggleAnAddressPastTheChecks)
+{
+    for (const char *line :
+         {"Tollivar -url tollivar:file:///etc/passwd", "Tollivar -url tollivar:javascript:alert(1)",
+          "Tollivar -url tollivar:tollivar:http://example.org/", "Tollivar -url tollivar:///x",
+          "Tollivar -url tollivar:"}) {
+        const auto address = addressOf(words(line));
+        ASSERT_TRUE(address) << line;
+        EXPECT_FALSE(checkedAddress(*address)) << line;
+    }
 }
 
 } // namespace

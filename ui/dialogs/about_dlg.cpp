@@ -3,6 +3,7 @@
 #include "platform/build_config.h"
 
 #include <QLabel>
+#include <QStringList>
 
 #include <array>
 
@@ -20,6 +21,17 @@ constexpr std::array kControls = {
     DuiLib::RequiredControl{"Button"_L1, "btnClose"_L1},
 };
 
+/// A line for each library, then the programs that do part of the work.
+QString librariesText()
+{
+    QStringList lines;
+    for (const platform::build::Library &library : platform::build::kLibraries) {
+        lines.append(u"%1 %2 (%3)"_s.arg(library.name, library.version, library.licence));
+    }
+    lines.append(u"ffmpeg, Chromium, yt-dlp"_s);
+    return lines.join(u'\n');
+}
+
 } // namespace
 
 AboutDialog::AboutDialog(QWidget *owner, const DialogTexts &texts) : CUILibDialog(owner)
@@ -28,9 +40,7 @@ AboutDialog::AboutDialog(QWidget *owner, const DialogTexts &texts) : CUILibDialo
     applyDialogTexts(*this, u"DIALOG_ABOUT"_s, texts);
     control<QLabel>("textVersion"_L1)
         .setText(QString(platform::build::kProductName) + u' ' + platform::build::kVersion);
-    control<QLabel>("textLibraries"_L1)
-        .setText(u"Qt "_s + QString::fromLatin1(qVersion()) +
-                 u", SQLite, libcurl, librtmp, libzip, libcanberra, ffmpeg, Chromium"_s);
+    control<QLabel>("textLibraries"_L1).setText(librariesText());
 }
 
 void AboutDialog::Notify(const DuiLib::SkinEvent &event)

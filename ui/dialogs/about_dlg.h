@@ -5,7 +5,7 @@
 
 namespace tollivar::ui {
 
-/// Tells what the program is, its version and the libraries it stands on.
+/// Tells what the program is, its version and licence, and the libraries it stands on with theirs.
 ///
 /// Threads: the main thread.
 class AboutDialog final : public CUILibDialog {
