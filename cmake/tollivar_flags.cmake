@@ -19,6 +19,11 @@ target_compile_definitions(tollivar_flags INTERFACE
     QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_KEYWORDS
     QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
+# What people install meets hostile pages: the compiler's and the linker's hardening is on there.
+target_compile_options(tollivar_flags INTERFACE
+    "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong>")
+target_link_options(tollivar_flags INTERFACE $<$<CONFIG:Release>:-Wl,-z,relro,-z,now>)
+
 if(TOLLIVAR_SANITIZERS)
     target_compile_options(tollivar_flags INTERFACE
         -fsanitize=${TOLLIVAR_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
