@@ -197,6 +197,10 @@ class Package(unittest.TestCase):
         lines = dict(line.split("=", 1) for line in entry.read_text().splitlines() if "=" in line)
         self.assertTrue((self.root / "usr/bin" / lines["TryExec"]).exists())
         self.assertEqual(lines["Exec"].split()[0], lines["TryExec"])
+        languages = len(list((SOURCE / "Language").glob("*.ini")))
+        for key in ("GenericName", "Comment", "Keywords"):
+            translated = [name for name in lines if name.startswith(key)]
+            self.assertEqual(len(translated), languages, key)
         icons = self.root / "usr/share/icons/hicolor"
         for size in (16, 22, 24, 32, 48, 64, 128, 256, 512):
             icon = (icons / f"{size}x{size}/apps/{lines['Icon']}.png").read_bytes()
