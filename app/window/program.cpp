@@ -4,6 +4,7 @@
 #include "app/second_start.h"
 #include "app/task_request.h"
 #include "app/window/captured_tasks.h"
+#include "app/window/guide.h"
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
 #include "platform/flash_version.h"
@@ -118,11 +119,8 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::exitWanted, window, [] { QApplication::exit(); });
     QObject::connect(window, &CTollivarDlg::homePageWanted, window,
                      [] { platform::openAddress(QString(platform::build::kHomePage)); });
-    QObject::connect(window, &CTollivarDlg::helpWanted, window, [] {
-        if (!platform::openPath(platform::programDirectory() + u"/help/index.html"_s)) {
-            platform::openAddress(QString(platform::build::kHelpPage));
-        }
-    });
+    QObject::connect(window, &CTollivarDlg::helpWanted, window,
+                     [] { openGuide(platform::programDirectory()); });
     QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
     QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,

@@ -376,6 +376,19 @@ TEST_F(TollivarDlgTest, exitIsWantedByItsButtonAlone)
     EXPECT_EQ(exit.count(), 1);
 }
 
+TEST_F(TollivarDlgTest, theHelpMenuAsksForTheGuideAndTheHomePage)
+{
+    CTollivarDlg &window = open();
+    QSignalSpy help(&window, &CTollivarDlg::helpWanted);
+    QSignalSpy home(&window, &CTollivarDlg::homePageWanted);
+    window.runCommand(language::commands::kHelp);
+    EXPECT_EQ(help.count(), 1);
+    EXPECT_EQ(home.count(), 0);
+    window.runCommand(language::commands::kHomePage);
+    EXPECT_EQ(help.count(), 1);
+    EXPECT_EQ(home.count(), 1);
+}
+
 TEST_F(TollivarDlgTest, maximisingSwapsTheButtons)
 {
     CTollivarDlg &window = open();
