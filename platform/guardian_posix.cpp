@@ -33,8 +33,18 @@ constexpr std::string_view kStandardStreams("streams");
 constexpr std::chrono::milliseconds kKillRound{5};
 constexpr int kKillRounds = 600;
 
+/// What asks a program to end, as a terminal or a session does.
+void takePoliteSignals(sighandler_t how)
+{
+    for (const int polite : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+        signal(polite, how);
+    }
+}
+
 [[noreturn]] void becomeProgram(char **argv, pid_t guardian)
 {
+    // An ignored signal stays ignored in the program that follows.
+    takePoliteSignals(SIG_DFL);
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != guardian) {
@@ -91,6 +101,9 @@ void endEverything(pid_t program)
 
 int runGuardian(int argc, char **argv)
 {
+    // Our owner's end is the one sign that counts: polite requests to all would leave the folder, if
+    // they came to us once it is there.
+    takePoliteSignals(SIG_IGN);
     // What is removed in the end must have been made by us; and because no folder is there before
     // we are, none can be left by an owner who is killed at the wrong moment.
     if (argc <= kFirstProgramArgument || mkdir(argv[kFolderArgument], S_IRWXU) != 0) {
@@ -105,10 +118,6 @@ int runGuardian(int argc, char **argv)
     const pid_t program = fork();
     if (program == 0) {
         becomeProgram(argv, self);
-    }
-    // Our owner's end is the one sign that counts: polite requests to all would leave the folder.
-    for (const int polite : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
-        signal(polite, SIG_IGN);
     }
     // The program alone holds its pipes, so that their end means its end.
     close(kProgramIn);

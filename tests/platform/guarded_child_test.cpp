@@ -254,5 +254,11 @@ TEST_F(GuardedChildTest, politeSignalsDoNotEndTheGuardian)
     EXPECT_EQ(line(*child), "still");
 }
 
+TEST_F(GuardedChildTest, politeSignalsStillEndTheProgram)
+{
+    const auto child = start(shell(QStringLiteral("kill -TERM $$; echo survived >&4")));
+    EXPECT_EQ(line(*child), QByteArray());
+}
+
 } // namespace
 } // namespace tollivar::platform
