@@ -166,6 +166,7 @@ void CTollivarDlg::bindKeys()
     });
     bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
     bind(QKeySequence(Qt::Key_F6), [this] { stopSelected(); });
+    bind(QKeySequence(Qt::Key_F1), [this] { Q_EMIT helpWanted(); });
     bind(QKeySequence::Quit, [this] { Q_EMIT exitWanted(); });
     bind(QKeySequence(Qt::Key_F10), [this] { handleClick(u"btnMenu"_s); });
 }

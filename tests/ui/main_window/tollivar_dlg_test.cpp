@@ -12,6 +12,7 @@
 #include <QMimeData>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QTest>
 #include <QToolButton>
 
 #include <gmock/gmock.h>
@@ -387,6 +388,10 @@ TEST_F(TollivarDlgTest, theHelpMenuAsksForTheGuideAndTheHomePage)
     window.runCommand(language::commands::kHomePage);
     EXPECT_EQ(help.count(), 1);
     EXPECT_EQ(home.count(), 1);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    test::press(window, Qt::Key_F1);
+    EXPECT_EQ(help.count(), 2);
 }
 
 TEST_F(TollivarDlgTest, maximisingSwapsTheButtons)
