@@ -1,5 +1,6 @@
 #include "app/task_request.h"
 
+#include "convert/profile_table.h"
 #include "fetch/text/file_naming.h"
 #include "fetch/text/site_url.h"
 #include "platform/file_ops.h"
@@ -120,6 +121,11 @@ Result<tasks::TaskInfo> newTask(const TaskRequest &request)
     task.strOriURL = *address;
     task.nModeLow = static_cast<int>(request.method);
     task.nModeHigh = request.quality;
+    if (!request.profile.isEmpty() && !convert::ProfileTable::BuildProfiles().ApplyProfileDefaults(
+                                          request.profile, task.m_ConvOpts)) {
+        return failure(ErrorKind::AskUser,
+                       QStringLiteral("there is no profile \"%1\"").arg(request.profile));
+    }
     if (!request.name.isEmpty()) {
         task.bAutoRename = 0;
         QString name = fetch::withoutForbiddenCharacters(request.name.trimmed(), u'-');
@@ -152,6 +158,7 @@ QByteArray encodeTaskRequests(const std::vector<TaskRequest> &requests)
             {QStringLiteral("name"), request.name},
             {QStringLiteral("method"), static_cast<int>(request.method)},
             {QStringLiteral("quality"), request.quality},
+            {QStringLiteral("profile"), request.profile},
         });
     }
     return QJsonDocument(list).toJson(QJsonDocument::Compact);
@@ -178,7 +185,8 @@ Result<std::vector<TaskRequest>> decodeTaskRequests(const QByteArray &text)
                             .folder = object[QStringLiteral("folder")].toString(),
                             .name = object[QStringLiteral("name")].toString(),
                             .method = static_cast<tasks::DownloadMethod>(method),
-                            .quality = quality});
+                            .quality = quality,
+                            .profile = object[QStringLiteral("profile")].toString()});
     }
     return requests;
 }

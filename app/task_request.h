@@ -17,7 +17,8 @@ struct TaskRequest {
     QString folder{}; ///< absolute, with or without a trailing separator
     QString name{};   ///< empty: named after the page's title
     tasks::DownloadMethod method = tasks::DownloadMethod::Video;
-    int quality = 0; ///< 0 to 6, for watch pages of the video-sharing site
+    int quality = 0;   ///< 0 to 6, for watch pages of the video-sharing site
+    QString profile{}; ///< what the file is converted to; empty: it stays as it is
 
     bool operator==(const TaskRequest &) const = default;
 };
@@ -30,7 +31,7 @@ struct TaskRequest {
 /// The record of a new task; makes the folder when it is missing. A direct address gives name and
 /// type by its last part; its type stays empty when the address has none. The address of a stream
 /// is always direct.
-/// Errors: AskUser when address, folder or name cannot be used.
+/// Errors: AskUser when address, folder, name or profile cannot be used.
 [[nodiscard]] platform::Result<tasks::TaskInfo> newTask(const TaskRequest &request);
 
 /// Requests as one text for the running program, and back.

@@ -2,6 +2,7 @@
 
 #include "convert/converter_command.h"
 #include "convert/converter_output.h"
+#include "convert/option_check.h"
 #include "fetch/process/child_process_runner.h"
 #include "fetch/text/converting_name.h"
 
@@ -88,6 +89,9 @@ bool ProbeDuration(const QString &path, platform::AutoResetEvent &stop, QString 
 ConversionResult RunConversion(tasks::TaskInfo task, platform::AutoResetEvent &stop,
                                const std::function<void(int)> &onPercent)
 {
+    if (!areOfAProfile(task.m_ConvOpts)) {
+        return {.lastLine = QStringLiteral("the task's conversion options are damaged")};
+    }
     QString duration;
     static_cast<void>(ProbeDuration(task.outputPath(), stop, duration));
     task.m_ConvOpts.m_nTotalSeconds = secondsOf(duration);
@@ -101,7 +105,7 @@ ConversionResult RunConversion(tasks::TaskInfo task, platform::AutoResetEvent &s
         result.end = ConversionEnd::Stopped;
         return result;
     }
-    if (!converter.start(command.line)) {
+    if (!converter.start(command.line, platform::OrphanEnd::Ask)) {
         return result;
     }
     QString text;
@@ -120,6 +124,10 @@ ConversionResult RunConversion(tasks::TaskInfo task, platform::AutoResetEvent &s
     std::uint32_t code = 0;
     result.lastLine = lastLineOf(text);
     result.isGood = converter.exitCode(code) && code == 0 && readsAsMedia(output, stop);
+    if (!result.isGood) {
+        // A converter that was killed has left it.
+        QFile::remove(fetch::convertingPath(output));
+    }
     return result;
 }
 

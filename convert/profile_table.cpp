@@ -2,6 +2,8 @@
 
 #include "convert/builtin_profiles.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <optional>
 #include <tuple>
@@ -169,6 +171,15 @@ ChoiceSets ProfileTable::CommonChoices(const QStringList &names) const
         isFirst = false;
     }
     return common;
+}
+
+QStringList ProfileTable::namesMeantBy(const QString &text) const
+{
+    const QStringList all = names();
+    return all.contains(text)
+               ? QStringList{text}
+               : all.filter(QRegularExpression(u'^' + QRegularExpression::escape(text),
+                                               QRegularExpression::CaseInsensitiveOption));
 }
 
 QStringList ProfileTable::names() const

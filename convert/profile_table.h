@@ -39,6 +39,10 @@ public:
     /// What every named profile offers; unknown names are skipped.
     [[nodiscard]] ChoiceSets CommonChoices(const QStringList &names) const;
 
+    /// The names that a person can mean by `text`: the one that it is, else those that begin with
+    /// it, whatever the case.
+    [[nodiscard]] QStringList namesMeantBy(const QString &text) const;
+
     /// In written order.
     [[nodiscard]] QStringList names() const;
 

@@ -20,16 +20,23 @@ enum class ChildOutput {
     Discard, ///< nowhere
 };
 
+/// What the system does to a child when the thread that started it ends.
+enum class OrphanEnd {
+    Kill, ///< ended at once
+    Ask,  ///< asked politely: for a helper of ours that has something to put away first
+};
+
 struct ChildOptions {
     ChildOutput output = ChildOutput::OnePipe;
     /// If not empty, "NAME=value" entries that replace or join the parent's environment.
-    QStringList environment;
+    QStringList environment{};
+    OrphanEnd whenOrphaned = OrphanEnd::Kill;
 };
 
 /// One child program without a shell: started, read, asked for its end, ended.
 ///
 /// The child never outlives us: it leads a session and process group of its own that kill() ends
-/// whole, and it is ended by the system when the thread that started it ends, however that happens.
+/// whole, and it is ended, or asked for its end, by the system when the thread that started it ends, however that happens.
 /// Its standard input is empty, and of our descriptors it inherits none but its output.
 ///
 /// Threads: belongs to the thread that started it, which must live as long as the child.

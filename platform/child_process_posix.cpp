@@ -39,6 +39,7 @@ struct Launch {
     pid_t parent = 0;
     int output = -1;
     int report = -1;
+    int orphanSignal = SIGKILL;
 };
 
 [[noreturn]] void failInChild(const Launch &launch)
@@ -52,7 +53,7 @@ struct Launch {
 {
     // A session of its own: a group that can be ended whole, and no terminal to ask for a password.
     setsid();
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    prctl(PR_SET_PDEATHSIG, launch.orphanSignal);
     if (getppid() != launch.parent) {
         _exit(kNotStarted); // The parent died before the line above took effect.
     }
@@ -199,7 +200,8 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const QString &command
                         .environment = environmentWith(options.environment),
                         .parent = getpid(),
                         .output = output.writeEnd.get(),
-                        .report = report.writeEnd.get()};
+                        .report = report.writeEnd.get(),
+                        .orphanSignal = options.whenOrphaned == OrphanEnd::Ask ? SIGTERM : SIGKILL};
     auto d = std::make_unique<Private>();
     d->process = fork();
     if (d->process < 0) {

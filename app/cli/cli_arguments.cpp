@@ -130,6 +130,13 @@ Result<void> takeText(const QString &value, QLatin1StringView option, QString &t
     return {};
 }
 
+Option profileOption(QString &profile)
+{
+    return {QLatin1StringView("--profile"), true, [&profile](const QString &value) {
+                return takeText(value, QLatin1StringView("--profile"), profile);
+            }};
+}
+
 Result<CliCommand> readDownload(const QStringList &arguments)
 {
     CliDownload download;
@@ -146,6 +153,7 @@ Result<CliCommand> readDownload(const QStringList &arguments)
          [&](const QString &value) { return takeMode(value, download.mode); }},
         {QLatin1StringView("--quality"), true,
          [&](const QString &value) { return takeQuality(value, download.quality); }},
+        profileOption(download.profile),
         jsonOption(download.output),
     };
     const auto addresses = readOptions(arguments, options);
@@ -205,6 +213,25 @@ Result<CliCommand> readProbe(const QStringList &arguments)
     return probe;
 }
 
+Result<CliCommand> readConvert(const QStringList &arguments)
+{
+    CliConvert convert;
+    const Option options[] = {profileOption(convert.profile), jsonOption(convert.output)};
+    const auto files = readOptions(arguments, options);
+    if (!files) {
+        return tl::unexpected(files.error());
+    }
+    if (files->size() != 1) {
+        return failure(ErrorKind::AskUser, QStringLiteral("convert needs one file"));
+    }
+    if (convert.profile.isEmpty()) {
+        return failure(ErrorKind::AskUser,
+                       QStringLiteral("convert needs --profile; profiles shows the names"));
+    }
+    convert.file = files->front();
+    return convert;
+}
+
 /// For the commands that know nothing but "--json".
 template<typename Command>
 Result<CliCommand> readPlain(const QStringList &arguments, QLatin1StringView name)
@@ -251,6 +278,9 @@ Result<CliCommand> readCliArguments(const QStringList &arguments)
     if (command == u"probe") {
         return readProbe(rest);
     }
+    if (command == u"convert") {
+        return readConvert(rest);
+    }
     if (command == u"profiles") {
         return readPlain<CliProfiles>(rest, QLatin1StringView("profiles"));
     }
@@ -269,6 +299,7 @@ QString cliHelpText()
         "file\n"
         "      --quality 0..6     for the video-sharing site: 1 HD, 2 1080p, 3 720p, 4 480p,\n"
         "                         5 360p, 6 240p; 0 (default) as the site decides\n"
+        "      --profile NAME     convert what came; the beginning of the name is enough\n"
         "      --json             one JSON object for each event and line\n"
         "  run [--json]         start every task that is not completed, and wait for all\n"
         "  list [--json]        the tasks\n"
@@ -276,6 +307,8 @@ QString cliHelpText()
         "                       take tasks out of the list, with their files if asked\n"
         "  probe ADDRESS [--json]\n"
         "                       find the media of a page, and download nothing\n"
+        "  convert FILE --profile NAME [--json]\n"
+        "                       convert a media file, beside itself\n"
         "  profiles [--json]    the formats that a file can be converted to\n"
         "  --version, --help\n"
         "\n"

@@ -24,6 +24,7 @@ struct CliDownload {
     QString name;   ///< empty: named after the page's title
     CliMode mode = CliMode::Video;
     int quality = 0; ///< 0 to 6
+    QString profile; ///< as given; empty: no conversion
     CliOutput output = CliOutput::Text;
 };
 
@@ -45,6 +46,12 @@ struct CliProbe {
     CliOutput output = CliOutput::Text;
 };
 
+struct CliConvert {
+    QString file; ///< as given
+    QString profile;
+    CliOutput output = CliOutput::Text;
+};
+
 struct CliProfiles {
     CliOutput output = CliOutput::Text;
 };
@@ -52,8 +59,8 @@ struct CliProfiles {
 struct CliVersion {};
 struct CliHelp {};
 
-using CliCommand = std::variant<CliDownload, CliRun, CliList, CliRemove, CliProbe, CliProfiles,
-                                CliVersion, CliHelp>;
+using CliCommand = std::variant<CliDownload, CliRun, CliList, CliRemove, CliProbe, CliConvert,
+                                CliProfiles, CliVersion, CliHelp>;
 
 /// Reads the arguments after the program's name. "--" ends the options, so that an address may
 /// begin with a dash.

@@ -1,6 +1,7 @@
 #include "app/cli/cli_program.h"
 
 #include "app/cli/cli_arguments.h"
+#include "app/cli/convert_command.h"
 #include "app/cli/exit_status.h"
 #include "app/cli/list_command.h"
 #include "app/cli/probe_command.h"
@@ -25,6 +26,7 @@ struct Runner {
     int operator()(const CliList &list) const { return runList(list); }
     int operator()(const CliRemove &remove) const { return runRemove(remove); }
     int operator()(const CliProbe &probe) const { return runProbe(probe); }
+    int operator()(const CliConvert &convert) const { return runConvert(convert, callerDirectory); }
     int operator()(const CliProfiles &profiles) const { return runProfiles(profiles); }
     int operator()(const CliVersion & /*version*/) const
     {

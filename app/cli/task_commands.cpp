@@ -1,5 +1,6 @@
 #include "app/cli/task_commands.h"
 
+#include "app/cli/convert_command.h"
 #include "app/cli/exit_status.h"
 #include "app/cli/standard_streams.h"
 #include "app/cli/task_session.h"
@@ -50,14 +51,6 @@ std::optional<DataPaths> openData()
     return *paths;
 }
 
-std::unique_ptr<TaskView> makeView(CliOutput output)
-{
-    if (output == CliOutput::Json) {
-        return std::make_unique<JsonTaskView>();
-    }
-    return std::make_unique<TextTaskView>();
-}
-
 tasks::DownloadMethod methodOf(CliMode mode)
 {
     switch (mode) {
@@ -73,6 +66,14 @@ tasks::DownloadMethod methodOf(CliMode mode)
 
 Result<std::vector<TaskRequest>> requestsOf(const CliDownload &download, const QString &folder)
 {
+    QString profile;
+    if (!download.profile.isEmpty()) {
+        const auto meant = meantProfile(convert::ProfileTable::BuildProfiles(), download.profile);
+        if (!meant) {
+            return tl::unexpected(meant.error());
+        }
+        profile = *meant;
+    }
     std::vector<TaskRequest> requests;
     for (const QString &given : download.addresses) {
         const auto address = checkedAddress(given);
@@ -83,7 +84,8 @@ Result<std::vector<TaskRequest>> requestsOf(const CliDownload &download, const Q
                             .folder = folder,
                             .name = download.name,
                             .method = methodOf(download.mode),
-                            .quality = download.quality});
+                            .quality = download.quality,
+                            .profile = profile});
     }
     return requests;
 }

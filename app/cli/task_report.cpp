@@ -23,6 +23,8 @@ QString eventName(ReportKind kind)
         return QStringLiteral("downloading");
     case ReportKind::Progress:
         return QStringLiteral("progress");
+    case ReportKind::Converting:
+        return QStringLiteral("converting");
     case ReportKind::Retry:
         return QStringLiteral("retry");
     case ReportKind::Completed:
@@ -57,22 +59,32 @@ void insertProgress(QJsonObject &object, const tasks::TaskInfo &task,
 
 } // namespace
 
+QString finishedPath(const TaskReport &report)
+{
+    return report.path.isEmpty() ? report.task.outputPath() : report.path;
+}
+
 QByteArray reportJson(const TaskReport &report)
 {
     QJsonObject object{
         {QStringLiteral("event"), eventName(report.kind)},
-        {QStringLiteral("rowid"), qint64{report.row}},
-        {QStringLiteral("address"), report.task.strOriURL},
     };
+    if (report.row != 0) {
+        object.insert(QStringLiteral("rowid"), qint64{report.row});
+    }
+    insertText(object, QStringLiteral("address"), report.task.strOriURL);
     insertText(object, QStringLiteral("name"), report.task.strOutputName);
     if (report.task.bFileCreated != 0) {
-        object.insert(QStringLiteral("path"), report.task.outputPath());
+        object.insert(QStringLiteral("path"), finishedPath(report));
     }
     object.insert(QStringLiteral("size"), report.task.dwSize == tasks::kUnknownSize
                                               ? QJsonValue()
                                               : QJsonValue(qint64{report.task.dwSize}));
     if (report.progress) {
         insertProgress(object, report.task, *report.progress);
+    }
+    if (report.convertedPercent) {
+        object.insert(QStringLiteral("percent"), *report.convertedPercent);
     }
     insertText(object, QStringLiteral("reason"), report.reason);
     return QJsonDocument(object).toJson(QJsonDocument::Compact);

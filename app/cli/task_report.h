@@ -19,6 +19,7 @@ enum class ReportKind {
     Title,
     Downloading,
     Progress,
+    Converting,
     Retry,
     Completed,
     Failed,
@@ -32,11 +33,17 @@ struct TaskReport {
     tasks::TaskInfo task{};
     std::optional<tasks::TaskProgress> progress{};
     QString reason{};
+    std::optional<int> convertedPercent{}; ///< 0 to 99, while the file is converted
+    QString path{};                        ///< of the converted file; else the record's counts
 };
+
+/// Where the finished file is.
+[[nodiscard]] QString finishedPath(const TaskReport &report);
 
 /// The report as one JSON object without a line end: "event", "rowid", "address", "name", "path"
 /// once the file was created, "size" (null when unknown), and, with progress, "downloaded" (bytes),
-/// "speed" (bytes per second), "secondsLeft" and "percent" (0 to 100).
+/// "speed" (bytes per second), "secondsLeft" and "percent" (0 to 100). A file that no task stands
+/// for has neither "rowid" nor "address".
 [[nodiscard]] QByteArray reportJson(const TaskReport &report);
 
 /// A stored task as a JSON object's text: the columns' names, "rowid" and "state".

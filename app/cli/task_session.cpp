@@ -1,6 +1,7 @@
 #include "app/cli/task_session.h"
 
 #include "app/cli/exit_status.h"
+#include "convert/converter_command.h"
 #include "platform/interrupt.h"
 #include "tasks/api/failure_text.h"
 
@@ -96,8 +97,8 @@ void TaskSession::reportEnd(std::uint32_t taskId)
                    QStringLiteral(" - Wait 5 secs before retry (%1)").arg(worker.retryAttempt()));
         return;
     case TaskState::Completed:
-        report(ReportKind::Completed, taskId);
-        break;
+        complete(taskId);
+        return;
     case TaskState::Failed:
         m_hasFailure = true;
         report(ReportKind::Failed, taskId, whyItFailed(worker));
@@ -106,6 +107,45 @@ void TaskSession::reportEnd(std::uint32_t taskId)
         report(ReportKind::Stopped, taskId, QStringLiteral("Stopped"));
         break;
     }
+    finish(taskId);
+}
+
+void TaskSession::complete(std::uint32_t taskId)
+{
+    const tasks::TaskInfo &task = m_engine.manager().worker(taskId)->record();
+    if (task.m_ConvOpts.m_csType.isEmpty() || m_isInterrupted) {
+        report(ReportKind::Completed, taskId);
+        finish(taskId);
+    } else {
+        m_converting.insert(taskId);
+        m_conversions.start(taskId, task);
+    }
+}
+
+void TaskSession::followConversion(std::uint32_t taskId)
+{
+    if (const auto percent = m_conversions.percent(taskId)) {
+        TaskReport converting = reportOf(ReportKind::Converting, taskId);
+        converting.convertedPercent = percent;
+        m_view.show(converting);
+        return;
+    }
+    m_converting.erase(taskId);
+    if (m_isInterrupted) {
+        report(ReportKind::Stopped, taskId, QStringLiteral("Stopped"));
+    } else if (const QString reason = m_conversions.failure(taskId); !reason.isEmpty()) {
+        m_hasFailure = true;
+        report(ReportKind::Failed, taskId, reason);
+    } else {
+        TaskReport completed = reportOf(ReportKind::Completed, taskId);
+        completed.path = convert::convertedPath(completed.task);
+        m_view.show(completed);
+    }
+    finish(taskId);
+}
+
+void TaskSession::finish(std::uint32_t taskId)
+{
     m_unfinished.erase(taskId);
     if (m_unfinished.empty()) {
         m_loop.quit();
@@ -116,6 +156,9 @@ void TaskSession::stopAll()
 {
     m_isInterrupted = true;
     auto &manager = m_engine.manager();
+    for (const std::uint32_t id : std::set(m_converting)) {
+        m_conversions.stop(id);
+    }
     for (const std::uint32_t id : std::set(m_unfinished)) {
         if (manager.stopTask(manager.rowOf(id)) == tasks::StopOutcome::Stopped) {
             reportEnd(id);
@@ -125,15 +168,20 @@ void TaskSession::stopAll()
 
 void TaskSession::report(ReportKind kind, std::uint32_t taskId, const QString &reason)
 {
+    TaskReport report = reportOf(kind, taskId);
+    report.reason = reason;
+    m_view.show(report);
+}
+
+TaskReport TaskSession::reportOf(ReportKind kind, std::uint32_t taskId) const
+{
     const auto *const worker = m_engine.manager().worker(taskId);
-    TaskReport report{.kind = kind,
-                      .row = m_engine.manager().storedRowOf(taskId),
-                      .task = worker->record(),
-                      .reason = reason};
+    TaskReport report{
+        .kind = kind, .row = m_engine.manager().storedRowOf(taskId), .task = worker->record()};
     if (kind == ReportKind::Downloading || kind == ReportKind::Progress) {
         report.progress = worker->progress();
     }
-    m_view.show(report);
+    return report;
 }
 
 } // namespace tollivar::app

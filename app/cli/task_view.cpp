@@ -27,6 +27,8 @@ QString runningStatus(const TaskReport &report)
         return statusOf(TaskEventCode::TakingTitle);
     case ReportKind::Retry:
         return report.reason;
+    case ReportKind::Converting:
+        return QStringLiteral("Converting - %1%").arg(report.convertedPercent.value_or(0));
     case ReportKind::Downloading:
     case ReportKind::Progress: {
         const tasks::TaskProgress progress = report.progress.value_or(tasks::TaskProgress{});
@@ -69,11 +71,21 @@ void TextTaskView::show(const TaskReport &report)
         m_lines.erase(report.row);
     }
     if (report.kind == ReportKind::Completed) {
-        writeOutput(report.task.outputPath().toUtf8() + '\n');
+        writeOutput(finishedPath(report).toUtf8() + '\n');
     } else if (report.kind == ReportKind::Failed || report.kind == ReportKind::Stopped) {
-        complain(report.task.strOriURL + QStringLiteral(": ") + report.reason);
+        const QString &address = report.task.strOriURL;
+        complain((address.isEmpty() ? report.task.outputPath() : address) + QStringLiteral(": ") +
+                 report.reason);
     }
     drawLines();
+}
+
+std::unique_ptr<TaskView> makeView(CliOutput output)
+{
+    if (output == CliOutput::Json) {
+        return std::make_unique<JsonTaskView>();
+    }
+    return std::make_unique<TextTaskView>();
 }
 
 void TextTaskView::clearLines()

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/cli/cli_arguments.h"
 #include "app/cli/task_report.h"
 
 #include <QStringList>
 
 #include <map>
+#include <memory>
 
 namespace tollivar::app {
 
@@ -43,5 +45,8 @@ private:
     int m_drawnLines = 0;
     std::map<tasks::RowId, QString> m_lines;
 };
+
+/// The view for what a person or a script asked for.
+[[nodiscard]] std::unique_ptr<TaskView> makeView(CliOutput output);
 
 } // namespace tollivar::app

@@ -130,6 +130,10 @@ void Program::connectWindow()
                              m_conversions.start(id, task);
                          }
                      });
+    QObject::connect(window, &CTollivarDlg::profileWanted, window,
+                     [this](const tasks::TaskInfo &task, std::uint32_t id) {
+                         m_conversions.start(id, task);
+                     });
     QObject::connect(window, &CTollivarDlg::dropZoneToggled, window,
                      [this] { m_dropZone->setVisible(!m_dropZone->isVisible()); });
     QObject::connect(window, &CTollivarDlg::activatedByPerson, m_dropZone.get(), [this] {

@@ -3,7 +3,7 @@
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
-#include "app/window/conversions.h"
+#include "app/conversions.h"
 #include "app/window/updates.h"
 #include "platform/flash_version.h"
 #include "platform/interrupt.h"

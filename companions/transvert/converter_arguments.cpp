@@ -37,6 +37,12 @@ std::vector<int> sampleRates(const QString &type)
     return {};
 }
 
+/// Whether a type of file has no place for more than two channels.
+bool isStereoAtMost(const QString &type)
+{
+    return QStringList{u"mp3"_s, u"wmv"_s, u"flv"_s, u"swf"_s, u"avi"_s}.contains(type);
+}
+
 QString nearestRate(const QString &rate, const QString &type, QStringList &notes)
 {
     const auto rates = sampleRates(type);
@@ -131,6 +137,7 @@ QStringList ffmpegArguments(const ConverterRequest &request, const QString &targ
         arguments;
     const QString type = QFileInfo(request.output).suffix().toLower();
     bool hasSize = false;
+    bool hasChannels = false;
     for (qsizetype i = 0; i < request.options.size(); ++i) {
         const QString &name = request.options[i];
         if (name == u"-vn"_s) {
@@ -138,11 +145,15 @@ QStringList ffmpegArguments(const ConverterRequest &request, const QString &targ
             continue;
         }
         hasSize = hasSize || name == u"-s"_s;
+        hasChannels = hasChannels || name == u"-ac"_s;
         arguments +=
             {optionNames().value(name), translated(name, request.options[++i], type, notes)};
     }
     if (!hasSize && !request.options.contains(u"-vn"_s)) {
         arguments += {u"-vf"_s, u"scale=trunc(iw/2)*2:trunc(ih/2)*2"_s};
+    }
+    if (!hasChannels && isStereoAtMost(type)) {
+        arguments += {u"-af"_s, u"aformat=channel_layouts=mono|stereo"_s};
     }
     if (type == u"mp4"_s) {
         arguments += {u"-pix_fmt"_s, u"yuv420p"_s};

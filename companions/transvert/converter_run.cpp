@@ -3,6 +3,7 @@
 #include "fetch/text/converting_name.h"
 #include "platform/child_process.h"
 #include "platform/command_line_text.h"
+#include "platform/remove_on_end.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -77,6 +78,8 @@ int runConverter(const ConverterRequest &request, const LineWriter &write)
     for (const QString &note : notes) {
         write("note: " + note.toUtf8());
     }
+    // Whoever asks for our end, the half file goes with us.
+    const platform::RemoveOnEnd removal(target);
     auto child =
         ChildProcess::start(platform::joinCommandLine(QStringList{u"ffmpeg"_s} + arguments));
     if (!child) {

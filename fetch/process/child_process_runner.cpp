@@ -1,6 +1,5 @@
 #include "fetch/process/child_process_runner.h"
 
-#include "platform/child_process.h"
 #include "platform/text_encoding.h"
 
 #include <array>
@@ -17,9 +16,9 @@ ChildProcessRunner::ChildProcessRunner() = default;
 
 ChildProcessRunner::~ChildProcessRunner() = default;
 
-bool ChildProcessRunner::start(const QString &commandLine)
+bool ChildProcessRunner::start(const QString &commandLine, platform::OrphanEnd whenOrphaned)
 {
-    auto child = platform::ChildProcess::start(commandLine);
+    auto child = platform::ChildProcess::start(commandLine, {.whenOrphaned = whenOrphaned});
     if (!child) {
         qWarning("a helper could not be started: %s", qPrintable(child.error().text));
         return false;

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "platform/child_process.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <memory>
-
-namespace tollivar::platform {
-class ChildProcess;
-}
 
 namespace tollivar::fetch {
 
@@ -25,7 +23,8 @@ public:
 
     /// Starts the whole command line, the program's name first. False when it could not be started;
     /// nothing is left open then. The reason goes to the log.
-    [[nodiscard]] bool start(const QString &commandLine);
+    [[nodiscard]] bool start(const QString &commandLine,
+                             platform::OrphanEnd whenOrphaned = platform::OrphanEnd::Kill);
 
     /// Replaces `chunk` by what waits in the pipe, at most 2,047 bytes; false when nothing does.
     /// A character that is cut by the limit is converted in two halves.

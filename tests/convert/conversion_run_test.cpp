@@ -67,6 +67,7 @@ protected:
 
 TEST_F(ConversionRun, everyProfileMakesAFileThatReads)
 {
+    m_task.strFileType = u".mkv"_s;
     make({u"testsrc=size=321x241:rate=25:duration=2"_s, u"sine=duration=2"_s},
          {u"-c:v"_s, u"mpeg4"_s, u"-c:a"_s, u"aac"_s, u"-ac"_s, u"2"_s});
     for (const QString &profile : ProfileTable::BuildProfiles().names()) {
@@ -74,9 +75,6 @@ TEST_F(ConversionRun, everyProfileMakesAFileThatReads)
             continue;
         }
         choose(profile);
-        if (m_task.m_ConvOpts.m_csType == m_task.strFileType) {
-            m_task.m_ConvOpts.m_csType = u".m4v"_s;
-        }
         const ConversionResult result = run();
         EXPECT_EQ(result.end, ConversionEnd::Ended);
         EXPECT_TRUE(result.isGood)
@@ -85,6 +83,17 @@ TEST_F(ConversionRun, everyProfileMakesAFileThatReads)
     // Nothing but the files themselves is left.
     const auto files = QDir(m_sandbox.path()).entryList(QDir::Files | QDir::Hidden);
     EXPECT_TRUE(files.filter(u"converting"_s).isEmpty()) << files.join(u' ').toStdString();
+}
+
+TEST_F(ConversionRun, optionsOfNoProfileAreRefusedBeforeAnythingRuns)
+{
+    make({u"sine=duration=1"_s});
+    choose(u"MP3 - MPEG Layer-3 (*.mp3)"_s);
+    m_task.m_ConvOpts.m_csType = u"/../outside.mp3"_s;
+    const ConversionResult result = run();
+    EXPECT_FALSE(result.isGood);
+    EXPECT_EQ(result.lastLine, u"the task's conversion options are damaged"_s);
+    EXPECT_TRUE(m_percents.empty());
 }
 
 TEST_F(ConversionRun, theOutputHasTheProfilesSizeAndRates)

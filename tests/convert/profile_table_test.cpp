@@ -28,6 +28,16 @@ tasks::ConversionOptions defaultsOf(const QString &name)
 
 } // namespace
 
+TEST(ProfileTable, theBeginningOfANameIsEnoughWhenOnlyOneProfileBeginsSo)
+{
+    const auto table = ProfileTable::BuildProfiles();
+    EXPECT_EQ(table.namesMeantBy(u"mp3"_s), QStringList{u"MP3 - MPEG Layer-3 (*.mp3)"_s});
+    EXPECT_EQ(table.namesMeantBy(u"ipod"_s).size(), 7);
+    EXPECT_EQ(table.namesMeantBy(u"iPod Touch (480x320) MPEG-4 Normal (*.mp4)"_s).size(), 1);
+    EXPECT_EQ(table.namesMeantBy(u"MPEG"_s).size(), 0);
+    EXPECT_EQ(table.namesMeantBy(u".*"_s).size(), 0);
+}
+
 TEST(ProfileTable, holdsFifteenProfilesFromSixteenBlocksInWrittenOrder)
 {
     const auto lines = builtInProfileLines();

@@ -44,7 +44,8 @@ void MainMenus::fill(QMenu &menu, const language::MenuTable &table, const Comman
 void MainMenus::rename(QMenu &menu, const language::MenuTable &table) const
 {
     const auto actions = menu.actions();
-    for (int position = 0; position < actions.size(); ++position) {
+    const auto count = static_cast<int>(table.entries.size());
+    for (int position = 0; position < count; ++position) {
         const MenuEntry &entry = table.entries[static_cast<std::size_t>(position)];
         if (entry.kind == MenuEntry::Kind::Separator) {
             continue;
@@ -72,6 +73,22 @@ void MainMenus::fillLanguages(QMenu &popup) const
                          [this, name] { m_texts.applyLanguage(name); });
     }
     popup.setEnabled(!names.isEmpty());
+}
+
+void MainMenus::addProfiles(const Profiles &profiles, const Convert &convert)
+{
+    m_profiles = m_list.addMenu(QString());
+    QObject::connect(&m_list, &QMenu::aboutToShow, m_profiles, [this, profiles, convert] {
+        const QString title = m_texts.dialog(u"DIALOG_ADDTASK"_s, u"textProfile"_s);
+        m_profiles->setTitle(title.isEmpty() ? u"Convert to"_s : title);
+        m_profiles->clear();
+        const QStringList names = profiles();
+        for (const QString &name : names) {
+            m_profiles->addAction(QString(name).replace(u'&', u"&&"_s),
+                                  [convert, name] { convert(name); });
+        }
+        m_profiles->setEnabled(!names.isEmpty());
+    });
 }
 
 QAction *MainMenus::action(int command) const

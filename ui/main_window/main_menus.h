@@ -17,14 +17,22 @@ class MainMenus {
 public:
     using Command = std::function<void(int command)>;
 
+    /// The profiles that the selected tasks can be converted to now; empty: none.
+    using Profiles = std::function<QStringList()>;
+    using Convert = std::function<void(const QString &profile)>;
+
     /// Runs `command` with the number of a chosen entry. `texts` is borrowed.
     MainMenus(const WindowTexts &texts, const Command &command);
+    /// Ends the list's menu with the choice of profiles, which asks each time it opens.
+    void addProfiles(const Profiles &profiles, const Convert &convert);
 
     [[nodiscard]] QMenu &help() { return m_help; }
     [[nodiscard]] QMenu &list() { return m_list; }
     [[nodiscard]] QMenu &tray() { return m_tray; }
     /// The entry of a command in any of the menus; null when there is none.
     [[nodiscard]] QAction *action(int command) const;
+    /// The choice of profiles; null before addProfiles().
+    [[nodiscard]] QMenu *profiles() const { return m_profiles; }
 
 private:
     void fill(QMenu &menu, const language::MenuTable &table, const Command &command);
@@ -35,6 +43,7 @@ private:
     QMenu m_help;
     QMenu m_list;
     QMenu m_tray;
+    QMenu *m_profiles = nullptr;
 };
 
 } // namespace tollivar::ui

@@ -64,11 +64,6 @@ constexpr std::chrono::milliseconds kTotalsInterval{500};
 
 const QString kProgram = platform::build::kProductName;
 
-QToolButton &button(const CTollivarDlg &window, QLatin1StringView name)
-{
-    return *window.findChild<QToolButton *>(QString(name));
-}
-
 /// The address in dropped or pasted data; nothing for files and for what is no text.
 QString addressIn(const QMimeData &data)
 {
@@ -100,6 +95,8 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
     bindList();
     m_menus =
         std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
+    m_menus->addProfiles([this] { return profilesForSelected(); },
+                         [this](const QString &profile) { convertSelected(profile); });
     bindTray();
     bindKeys();
     m_totals = new QTimer(this);
@@ -114,6 +111,11 @@ CTollivarDlg::~CTollivarDlg() = default;
 platform::AppMessagePort CTollivarDlg::port() const
 {
     return m_inbox.port();
+}
+
+QToolButton &CTollivarDlg::button(QLatin1StringView name) const
+{
+    return *findChild<QToolButton *>(QString(name));
 }
 
 QString CTollivarDlg::text(const char16_t *id) const
@@ -206,7 +208,7 @@ void CTollivarDlg::applyLanguage()
         Named{"btnAll"_L1, u"strFilterAll", u"strFilterAll"},
     };
     for (const auto &[name, label, tip] : kNamed) {
-        QToolButton &control = button(*this, name);
+        QToolButton &control = button(name);
         control.setText(text(label));
         control.setToolTip(text(tip));
         control.setAccessibleName(text(tip));
@@ -231,105 +233,6 @@ void CTollivarDlg::Notify(const DuiLib::SkinEvent &event)
         Q_EMIT homePageWanted();
     } else if (event.type == DuiLib::events::kLink) {
         Q_EMIT playerHelpWanted();
-    }
-}
-
-void CTollivarDlg::handleClick(const QString &name)
-{
-    static const QHash<QString, void (CTollivarDlg::*)()> kActions = {
-        {u"btnAddUrl"_s, &CTollivarDlg::addTask},
-        {u"btnBrowser"_s, &CTollivarDlg::browserWanted},
-        {u"btnPlayer"_s, &CTollivarDlg::playSelected},
-        {u"btnStart"_s, &CTollivarDlg::startSelected},
-        {u"btnStop"_s, &CTollivarDlg::stopSelected},
-        {u"btnRemove"_s, &CTollivarDlg::removeSelected},
-        {u"btnClearAll"_s, &CTollivarDlg::clearCompleted},
-        {u"btnExit"_s, &CTollivarDlg::exitWanted},
-        {u"btnHome"_s, &CTollivarDlg::homePageWanted},
-        {u"btnMenu"_s, &CTollivarDlg::showHelpMenu},
-        {u"btnMin"_s, &CTollivarDlg::showMinimized},
-        {u"btnMax"_s, &CTollivarDlg::showMaximized},
-        {u"btnRestore"_s, &CTollivarDlg::showNormal},
-        {u"btnClose"_s, &CTollivarDlg::closeToTray},
-        {u"btnAll"_s, &CTollivarDlg::showAll},
-        {u"btnDownloading"_s, &CTollivarDlg::showDownloading},
-        {u"btnDownloaded"_s, &CTollivarDlg::showDownloaded},
-    };
-    if (const auto action = kActions.value(name)) {
-        (this->*action)();
-    }
-}
-
-void CTollivarDlg::runCommand(int command)
-{
-    namespace commands = language::commands;
-    switch (command) {
-    case commands::kToggleWindow:
-        toggleWindow();
-        break;
-    case commands::kAddTask:
-        addTask();
-        break;
-    case commands::kAbout:
-        showAbout();
-        break;
-    case commands::kExit:
-        Q_EMIT exitWanted();
-        break;
-    case commands::kDropZone:
-        Q_EMIT dropZoneToggled();
-        break;
-    case commands::kCopyWebAddress:
-        copyAddresses(&tasks::TaskInfo::strOriURL);
-        break;
-    case commands::kCopyFileAddress:
-        copyAddresses(&tasks::TaskInfo::strDownloadUrl);
-        break;
-    case commands::kSettings:
-        Q_EMIT settingsWanted();
-        break;
-    case commands::kCheckUpdates:
-        Q_EMIT updateCheckWanted();
-        break;
-    case commands::kHelp:
-        Q_EMIT helpWanted();
-        break;
-    case commands::kCannotWatch:
-        Q_EMIT playerHelpWanted();
-        break;
-    case commands::kHomePage:
-        Q_EMIT homePageWanted();
-        break;
-    default:
-        runOnSelected(command);
-        break;
-    }
-}
-
-void CTollivarDlg::runOnSelected(int command)
-{
-    namespace commands = language::commands;
-    for (const tasks::TaskInfo &task : selectedTasks()) {
-        switch (command) {
-        case commands::kPlay:
-            Q_EMIT fileWanted(task.outputPath());
-            return;
-        case commands::kPlayInPlayer:
-            Q_EMIT playerWanted(task.outputPath());
-            return;
-        case commands::kBrowseFile:
-        case commands::kOpenFolder:
-            Q_EMIT folderWanted(task.strOutputFolder, task.outputPath());
-            return;
-        case commands::kOpenWebPage:
-            Q_EMIT webPageWanted(task.strOriURL);
-            return;
-        case commands::kConvert:
-            Q_EMIT conversionWanted(task);
-            break;
-        default:
-            return;
-        }
     }
 }
 
@@ -469,128 +372,6 @@ void CTollivarDlg::addTask()
     openAddTask({});
 }
 
-void CTollivarDlg::startSelected()
-{
-    const bool filterChanged = m_commands.startSelected([this] {
-        switch (QMessageBox::question(this, kProgram, text(u"strMsgCompletedTasks"),
-                                      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
-        case QMessageBox::Yes:
-            return Answer::Yes;
-        case QMessageBox::No:
-            return Answer::No;
-        default:
-            return Answer::Cancel;
-        }
-    });
-    if (filterChanged) {
-        button(*this, "btnDownloading"_L1).setChecked(true);
-    }
-    m_list->viewport()->update();
-    refreshCaptions();
-}
-
-void CTollivarDlg::stopSelected()
-{
-    m_commands.stopSelected();
-    for (const int row : m_list->selectedRows()) {
-        const auto *worker = m_services.manager.workerAt(row);
-        if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
-            m_services.stopConversion) {
-            m_services.stopConversion(worker->taskId());
-        }
-    }
-}
-
-void CTollivarDlg::redrawTask(std::uint32_t taskId)
-{
-    redrawRow(m_services.manager.rowOf(taskId));
-}
-
-void CTollivarDlg::removeSelected()
-{
-    if (m_list->selectedRows().empty()) {
-        return;
-    }
-    CConfirmDeleteDlg dialog(this, m_services.texts.dialog);
-    if (dialog.exec() == QDialog::Accepted) {
-        m_commands.removeSelected(dialog.files());
-        refreshCaptions();
-    }
-}
-
-void CTollivarDlg::clearCompleted()
-{
-    if (QMessageBox::question(this, kProgram, text(u"strMsgRemoveAll")) != QMessageBox::Yes) {
-        return;
-    }
-    button(*this, "btnDownloaded"_L1).setChecked(true);
-    m_commands.clearCompleted();
-    refreshCaptions();
-}
-
-void CTollivarDlg::setFilter(TaskFilter filter)
-{
-    m_services.manager.setFilter(filter);
-    m_list->refreshRows();
-    refreshCaptions();
-}
-
-void CTollivarDlg::showAll()
-{
-    setFilter(TaskFilter::All);
-}
-
-void CTollivarDlg::showDownloading()
-{
-    setFilter(TaskFilter::Downloading);
-}
-
-void CTollivarDlg::showDownloaded()
-{
-    setFilter(TaskFilter::Downloaded);
-}
-
-std::vector<tasks::TaskInfo> CTollivarDlg::selectedTasks() const
-{
-    std::vector<tasks::TaskInfo> selected;
-    for (const int row : m_list->selectedRows()) {
-        if (const auto *worker = m_services.manager.workerAt(row)) {
-            selected.push_back(worker->record());
-        }
-    }
-    return selected;
-}
-
-void CTollivarDlg::playSelected()
-{
-    const auto selected = selectedTasks();
-    Q_EMIT playerWanted(selected.empty() ? QString() : selected.front().outputPath());
-}
-
-void CTollivarDlg::copyAddresses(QString tasks::TaskInfo::*address)
-{
-    m_copiedText.clear();
-    for (const tasks::TaskInfo &task : selectedTasks()) {
-        m_copiedText += task.*address + u"\r\n"_s;
-    }
-    if (!m_copiedText.isEmpty()) {
-        QGuiApplication::clipboard()->setText(m_copiedText);
-    }
-}
-
-void CTollivarDlg::showHelpMenu()
-{
-    const QToolButton &opener = button(*this, "btnMenu"_L1);
-    m_menus->help().popup(opener.mapToGlobal(QPoint(0, opener.height() + 2)));
-}
-
-void CTollivarDlg::showAbout()
-{
-    AboutDialog dialog(isVisible() ? this : nullptr, m_services.texts.dialog);
-    connect(&dialog, &AboutDialog::homePageWanted, this, &CTollivarDlg::homePageWanted);
-    dialog.exec();
-}
-
 void CTollivarDlg::showFlashNote()
 {
     const bool isWanted = m_services.wantsFlashNote && m_services.wantsFlashNote();
@@ -602,9 +383,9 @@ void CTollivarDlg::showFlashNote()
 void CTollivarDlg::refreshCaptions()
 {
     auto &manager = m_services.manager;
-    button(*this, "btnDownloading"_L1)
+    button("btnDownloading"_L1)
         .setText(filterCaption(text(u"strFilterDownloading"), manager.unfinishedCount()));
-    button(*this, "btnDownloaded"_L1)
+    button("btnDownloaded"_L1)
         .setText(filterCaption(text(u"strFilterDownloaded"), manager.completedCount()));
 }
 
@@ -682,8 +463,8 @@ void CTollivarDlg::changeEvent(QEvent *event)
 {
     CUILibDialog::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange && !isMinimized()) {
-        button(*this, "btnMax"_L1).setVisible(!isMaximized());
-        button(*this, "btnRestore"_L1).setVisible(isMaximized());
+        button("btnMax"_L1).setVisible(!isMaximized());
+        button("btnRestore"_L1).setVisible(isMaximized());
     }
 }
 

@@ -15,6 +15,7 @@
 #include <memory>
 
 class QTimer;
+class QToolButton;
 
 namespace tollivar::ui {
 
@@ -93,6 +94,8 @@ Q_SIGNALS:
     /// The folder, with the file selected if it is there.
     void folderWanted(const QString &folder, const QString &path);
     void conversionWanted(const tollivar::tasks::TaskInfo &task);
+    /// A finished task's file, to the options that its record now holds.
+    void profileWanted(const tollivar::tasks::TaskInfo &task, std::uint32_t taskId);
     void activatedByPerson();
 
 protected:
@@ -133,6 +136,9 @@ private:
     void playSelected();
     void copyAddresses(QString tasks::TaskInfo::*address);
     [[nodiscard]] std::vector<tasks::TaskInfo> selectedTasks() const;
+    /// What the selected tasks can be converted to: nothing while one is not finished.
+    [[nodiscard]] QStringList profilesForSelected() const;
+    void convertSelected(const QString &profile);
     void showHelpMenu();
     void showAbout();
     void showFlashNote();
@@ -142,6 +148,7 @@ private:
     void toggleWindow();
     void showBalloonOnce();
     [[nodiscard]] QString text(const char16_t *id) const;
+    [[nodiscard]] QToolButton &button(QLatin1StringView name) const;
 
     WindowServices m_services;
     TaskCommands m_commands;

@@ -36,6 +36,21 @@ TEST(CliArguments, downloadTakesSeveralAddressesAndItsOptionsInAnyOrder)
     EXPECT_EQ(download.output, CliOutput::Json);
 }
 
+TEST(CliArguments, convertTakesOneFileAndAProfile)
+{
+    const auto convert = read<CliConvert>({QStringLiteral("convert"), QStringLiteral("a.mp4"),
+                                           QStringLiteral("--profile"), QStringLiteral("MP3"),
+                                           QStringLiteral("--json")});
+    EXPECT_EQ(convert.file, QStringLiteral("a.mp4"));
+    EXPECT_EQ(convert.profile, QStringLiteral("MP3"));
+    EXPECT_EQ(convert.output, CliOutput::Json);
+    EXPECT_EQ(refusal({QStringLiteral("convert"), QStringLiteral("a.mp4")}),
+              QStringLiteral("convert needs --profile; profiles shows the names"));
+    EXPECT_EQ(
+        refusal({QStringLiteral("convert"), QStringLiteral("--profile"), QStringLiteral("MP3")}),
+        QStringLiteral("convert needs one file"));
+}
+
 TEST(CliArguments, aNameGoesWithOneAddressOnly)
 {
     EXPECT_EQ(read<CliDownload>({QStringLiteral("download"), QStringLiteral("http://a/"),

@@ -36,6 +36,22 @@ TEST(TaskReport, aNewTaskHasNoPathAndNoSize)
     EXPECT_FALSE(report.contains(u"reason"));
 }
 
+TEST(TaskReport, aConversionTellsItsPercentAndThenItsFile)
+{
+    tasks::TaskInfo task = clip();
+    task.bFileCreated = 1;
+    const QJsonObject running = parsed(reportJson(
+        {.kind = ReportKind::Converting, .row = 1, .task = task, .convertedPercent = 40}));
+    EXPECT_EQ(running[u"event"].toString(), QStringLiteral("converting"));
+    EXPECT_EQ(running[u"percent"].toInt(), 40);
+    EXPECT_EQ(running[u"path"].toString(), task.outputPath());
+
+    const QJsonObject done = parsed(reportJson(
+        {.kind = ReportKind::Completed, .task = task, .path = QStringLiteral("/b.mp3")}));
+    EXPECT_EQ(done[u"path"].toString(), QStringLiteral("/b.mp3"));
+    EXPECT_FALSE(done.contains(u"rowid"));
+}
+
 TEST(TaskReport, progressOfAKnownSizeHasAllFigures)
 {
     tasks::TaskInfo task = clip();

@@ -8,6 +8,7 @@
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QRadioButton>
@@ -450,6 +451,35 @@ TEST_F(TollivarDlgTest, everyControlHasANameForScreenReaders)
             << button->objectName().toStdString();
     }
     EXPECT_EQ(m_list->accessibleName(), u"Tasks"_s);
+}
+
+TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
+{
+    const auto done = m_world.addCompleted(u"c"_s);
+    m_world.add(u"a"_s);
+    CTollivarDlg &window = open();
+    click(u"btnDownloaded"_s);
+    click(u"btnAll"_s);
+    QSignalSpy wanted(&window, &CTollivarDlg::profileWanted);
+    const auto profilesOf = [this](const std::vector<int> &rows) {
+        m_list->selectRows(rows);
+        Q_EMIT m_list->menuWanted({});
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QMenu *profiles = menu->actions().last()->menu();
+        menu->close();
+        return profiles;
+    };
+
+    EXPECT_FALSE(profilesOf({0, 1})->isEnabled()) << "one of them is not finished";
+    EXPECT_FALSE(profilesOf({})->isEnabled());
+
+    QMenu *profiles = profilesOf({0});
+    EXPECT_EQ(profiles->title(), u"Convert to"_s);
+    ASSERT_EQ(profiles->actions().size(), 14);
+    profiles->actions().front()->trigger();
+    ASSERT_EQ(wanted.size(), 1);
+    EXPECT_EQ(wanted[0][0].value<tasks::TaskInfo>().m_ConvOpts.m_csType, u".mp3"_s);
+    EXPECT_EQ(wanted[0][1].toUInt(), done);
 }
 
 } // namespace tollivar::ui

@@ -1,4 +1,4 @@
-#include "app/window/conversions.h"
+#include "app/conversions.h"
 
 #include "convert/conversion_run.h"
 

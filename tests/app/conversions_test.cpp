@@ -1,4 +1,4 @@
-#include "app/window/conversions.h"
+#include "app/conversions.h"
 #include "convert/converter_command.h"
 #include "convert/profile_table.h"
 #include "tests/support/rtmp_server.h"

@@ -1,0 +1,278 @@
+// What the buttons, menus and keys of the main window do.
+
+#include "app/language/menu_tables.h"
+#include "convert/profile_table.h"
+#include "platform/build_config.h"
+#include "ui/dialogs/about_dlg.h"
+#include "ui/dialogs/confirm_delete_dlg.h"
+#include "ui/main_window/main_menus.h"
+#include "ui/main_window/tollivar_dlg.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHash>
+#include <QMessageBox>
+#include <QToolButton>
+
+#include <algorithm>
+
+namespace tollivar::ui {
+
+using namespace Qt::StringLiterals;
+using tasks::TaskFilter;
+
+void CTollivarDlg::handleClick(const QString &name)
+{
+    static const QHash<QString, void (CTollivarDlg::*)()> kActions = {
+        {u"btnAddUrl"_s, &CTollivarDlg::addTask},
+        {u"btnBrowser"_s, &CTollivarDlg::browserWanted},
+        {u"btnPlayer"_s, &CTollivarDlg::playSelected},
+        {u"btnStart"_s, &CTollivarDlg::startSelected},
+        {u"btnStop"_s, &CTollivarDlg::stopSelected},
+        {u"btnRemove"_s, &CTollivarDlg::removeSelected},
+        {u"btnClearAll"_s, &CTollivarDlg::clearCompleted},
+        {u"btnExit"_s, &CTollivarDlg::exitWanted},
+        {u"btnHome"_s, &CTollivarDlg::homePageWanted},
+        {u"btnMenu"_s, &CTollivarDlg::showHelpMenu},
+        {u"btnMin"_s, &CTollivarDlg::showMinimized},
+        {u"btnMax"_s, &CTollivarDlg::showMaximized},
+        {u"btnRestore"_s, &CTollivarDlg::showNormal},
+        {u"btnClose"_s, &CTollivarDlg::closeToTray},
+        {u"btnAll"_s, &CTollivarDlg::showAll},
+        {u"btnDownloading"_s, &CTollivarDlg::showDownloading},
+        {u"btnDownloaded"_s, &CTollivarDlg::showDownloaded},
+    };
+    if (const auto action = kActions.value(name)) {
+        (this->*action)();
+    }
+}
+
+void CTollivarDlg::runCommand(int command)
+{
+    namespace commands = language::commands;
+    switch (command) {
+    case commands::kToggleWindow:
+        toggleWindow();
+        break;
+    case commands::kAddTask:
+        addTask();
+        break;
+    case commands::kAbout:
+        showAbout();
+        break;
+    case commands::kExit:
+        Q_EMIT exitWanted();
+        break;
+    case commands::kDropZone:
+        Q_EMIT dropZoneToggled();
+        break;
+    case commands::kCopyWebAddress:
+        copyAddresses(&tasks::TaskInfo::strOriURL);
+        break;
+    case commands::kCopyFileAddress:
+        copyAddresses(&tasks::TaskInfo::strDownloadUrl);
+        break;
+    case commands::kSettings:
+        Q_EMIT settingsWanted();
+        break;
+    case commands::kCheckUpdates:
+        Q_EMIT updateCheckWanted();
+        break;
+    case commands::kHelp:
+        Q_EMIT helpWanted();
+        break;
+    case commands::kCannotWatch:
+        Q_EMIT playerHelpWanted();
+        break;
+    case commands::kHomePage:
+        Q_EMIT homePageWanted();
+        break;
+    default:
+        runOnSelected(command);
+        break;
+    }
+}
+
+void CTollivarDlg::runOnSelected(int command)
+{
+    namespace commands = language::commands;
+    for (const tasks::TaskInfo &task : selectedTasks()) {
+        switch (command) {
+        case commands::kPlay:
+            Q_EMIT fileWanted(task.outputPath());
+            return;
+        case commands::kPlayInPlayer:
+            Q_EMIT playerWanted(task.outputPath());
+            return;
+        case commands::kBrowseFile:
+        case commands::kOpenFolder:
+            Q_EMIT folderWanted(task.strOutputFolder, task.outputPath());
+            return;
+        case commands::kOpenWebPage:
+            Q_EMIT webPageWanted(task.strOriURL);
+            return;
+        case commands::kConvert:
+            Q_EMIT conversionWanted(task);
+            break;
+        default:
+            return;
+        }
+    }
+}
+
+void CTollivarDlg::startSelected()
+{
+    const bool filterChanged = m_commands.startSelected([this] {
+        switch (QMessageBox::question(this, QString(platform::build::kProductName),
+                                      text(u"strMsgCompletedTasks"),
+                                      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        default:
+            return Answer::Cancel;
+        }
+    });
+    if (filterChanged) {
+        button("btnDownloading"_L1).setChecked(true);
+    }
+    m_list->viewport()->update();
+    refreshCaptions();
+}
+
+void CTollivarDlg::stopSelected()
+{
+    m_commands.stopSelected();
+    for (const int row : m_list->selectedRows()) {
+        const auto *worker = m_services.manager.workerAt(row);
+        if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
+            m_services.stopConversion) {
+            m_services.stopConversion(worker->taskId());
+        }
+    }
+}
+
+void CTollivarDlg::redrawTask(std::uint32_t taskId)
+{
+    redrawRow(m_services.manager.rowOf(taskId));
+}
+
+void CTollivarDlg::removeSelected()
+{
+    if (m_list->selectedRows().empty()) {
+        return;
+    }
+    CConfirmDeleteDlg dialog(this, m_services.texts.dialog);
+    if (dialog.exec() == QDialog::Accepted) {
+        m_commands.removeSelected(dialog.files());
+        refreshCaptions();
+    }
+}
+
+void CTollivarDlg::clearCompleted()
+{
+    if (QMessageBox::question(this, QString(platform::build::kProductName),
+                              text(u"strMsgRemoveAll")) != QMessageBox::Yes) {
+        return;
+    }
+    button("btnDownloaded"_L1).setChecked(true);
+    m_commands.clearCompleted();
+    refreshCaptions();
+}
+
+void CTollivarDlg::setFilter(TaskFilter filter)
+{
+    m_services.manager.setFilter(filter);
+    m_list->refreshRows();
+    refreshCaptions();
+}
+
+void CTollivarDlg::showAll()
+{
+    setFilter(TaskFilter::All);
+}
+
+void CTollivarDlg::showDownloading()
+{
+    setFilter(TaskFilter::Downloading);
+}
+
+void CTollivarDlg::showDownloaded()
+{
+    setFilter(TaskFilter::Downloaded);
+}
+
+std::vector<tasks::TaskInfo> CTollivarDlg::selectedTasks() const
+{
+    std::vector<tasks::TaskInfo> selected;
+    for (const int row : m_list->selectedRows()) {
+        if (const auto *worker = m_services.manager.workerAt(row)) {
+            selected.push_back(worker->record());
+        }
+    }
+    return selected;
+}
+
+QStringList CTollivarDlg::profilesForSelected() const
+{
+    const auto rows = m_list->selectedRows();
+    const bool areFinished =
+        !rows.empty() && std::all_of(rows.begin(), rows.end(), [this](int row) {
+            const auto *worker = m_services.manager.workerAt(row);
+            return worker != nullptr && worker->state() == tasks::TaskState::Completed;
+        });
+    if (!areFinished) {
+        return {};
+    }
+    QStringList names = convert::ProfileTable::BuildProfiles().names();
+    names.removeOne(convert::ProfileTable::defaultName());
+    return names;
+}
+
+void CTollivarDlg::convertSelected(const QString &profile)
+{
+    const auto table = convert::ProfileTable::BuildProfiles();
+    for (const int row : m_list->selectedRows()) {
+        const auto *worker = m_services.manager.workerAt(row);
+        if (worker == nullptr || worker->state() != tasks::TaskState::Completed) {
+            continue;
+        }
+        tasks::TaskInfo task = worker->record();
+        if (table.ApplyProfileDefaults(profile, task.m_ConvOpts)) {
+            Q_EMIT profileWanted(task, worker->taskId());
+        }
+    }
+}
+
+void CTollivarDlg::playSelected()
+{
+    const auto selected = selectedTasks();
+    Q_EMIT playerWanted(selected.empty() ? QString() : selected.front().outputPath());
+}
+
+void CTollivarDlg::copyAddresses(QString tasks::TaskInfo::*address)
+{
+    m_copiedText.clear();
+    for (const tasks::TaskInfo &task : selectedTasks()) {
+        m_copiedText += task.*address + u"\r\n"_s;
+    }
+    if (!m_copiedText.isEmpty()) {
+        QGuiApplication::clipboard()->setText(m_copiedText);
+    }
+}
+
+void CTollivarDlg::showHelpMenu()
+{
+    const QToolButton &opener = button("btnMenu"_L1);
+    m_menus->help().popup(opener.mapToGlobal(QPoint(0, opener.height() + 2)));
+}
+
+void CTollivarDlg::showAbout()
+{
+    AboutDialog dialog(isVisible() ? this : nullptr, m_services.texts.dialog);
+    connect(&dialog, &AboutDialog::homePageWanted, this, &CTollivarDlg::homePageWanted);
+    dialog.exec();
+}
+
+} // namespace tollivar::ui
