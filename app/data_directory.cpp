@@ -1,6 +1,5 @@
 #include "app/data_directory.h"
 
-#include "platform/build_config.h"
 #include "platform/file_ops.h"
 #include "platform/ini_file.h"
 #include "platform/paths.h"
@@ -73,29 +72,25 @@ void keepInstallationRecord(const DataPaths &paths)
 
 Result<DataPaths> locateData()
 {
-    const QString suffix =
-        QLatin1Char('/') + platform::build::kProductName + QStringLiteral(" Data");
-    const auto user = platform::userDataFolder();
-    if (!user) {
+    const auto directory = platform::dataDirectory();
+    if (!directory) {
         return failure(ErrorKind::AskUser,
                        QStringLiteral("Can not load the application data directory"));
     }
-    const auto common = platform::commonDataFolder();
+    const auto common = platform::commonDirectory();
     if (!common) {
         return failure(ErrorKind::AskUser,
                        QStringLiteral("Can not load the application common data directory"));
     }
-    const QString directory = *user + suffix;
-    const QString commonDirectory = *common + suffix;
     return DataPaths{
-        .directory = directory,
-        .commonDirectory = commonDirectory,
-        .settings = directory + QStringLiteral("/settings.ini"),
-        .update = directory + QStringLiteral("/update.ini"),
-        .updateInTransit = directory + QStringLiteral("/tmpupdate.ini"),
-        .legacyTasks = directory + QStringLiteral("/dtasks.ini"),
-        .tasks = directory + QStringLiteral("/dtasks.db"),
-        .installation = commonDirectory + QStringLiteral("/installdata.ini"),
+        .directory = *directory,
+        .commonDirectory = *common,
+        .settings = *directory + QStringLiteral("/settings.ini"),
+        .update = *directory + QStringLiteral("/update.ini"),
+        .updateInTransit = *directory + QStringLiteral("/tmpupdate.ini"),
+        .legacyTasks = *directory + QStringLiteral("/dtasks.ini"),
+        .tasks = *directory + QStringLiteral("/dtasks.db"),
+        .installation = *common + QStringLiteral("/installdata.ini"),
     };
 }
 

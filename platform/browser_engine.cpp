@@ -46,14 +46,14 @@ QByteArray answerOf(ChildProcess &child, std::chrono::milliseconds limit)
 
 } // namespace
 
-std::optional<QString> findBrowser()
+std::optional<QString> findBrowser(BrowserUse use)
 {
     if (const QString chosen = qEnvironmentVariable("TOLLIVAR_BROWSER"); !chosen.isEmpty()) {
         const QFileInfo file(chosen);
         return file.isFile() && file.isExecutable() ? std::optional(file.absoluteFilePath())
                                                     : std::nullopt;
     }
-    for (const QString &place : browserPlaces()) {
+    for (const QString &place : browserPlaces(use)) {
         if (auto found = findProgram(place)) {
             return found;
         }

@@ -16,12 +16,18 @@ namespace tollivar::platform {
 /// The major version when there is no browser, or none that tells its version.
 inline constexpr int kUnknownBrowserVersion = -1;
 
+/// What a browser is wanted for.
+enum class BrowserUse {
+    WithoutWindow, ///< a headless one is best, since it starts fastest
+    WithWindow,    ///< a headless one does not do
+};
+
 /// Absolute path of the browser: what the environment variable TOLLIVAR_BROWSER names, and nothing
 /// else when it is set; otherwise the first of browserPlaces() that can be run.
-[[nodiscard]] std::optional<QString> findBrowser();
+[[nodiscard]] std::optional<QString> findBrowser(BrowserUse use = BrowserUse::WithoutWindow);
 
 /// Where browsers of the Chromium family are looked for, best first: paths, and names for PATH.
-[[nodiscard]] QStringList browserPlaces();
+[[nodiscard]] QStringList browserPlaces(BrowserUse use = BrowserUse::WithoutWindow);
 
 /// Asks `browser` for its version by running it. Blocks up to `limit`, after which the browser is
 /// ended. kUnknownBrowserVersion when it cannot be run or gives no version in time.

@@ -2,20 +2,22 @@
 
 namespace tollivar::platform {
 
-QStringList browserPlaces()
+QStringList browserPlaces(BrowserUse use)
 {
-    // The headless shell starts three times as fast as the whole browser. Its wrapper script on
-    // PATH does not hand signals on, so the program behind it comes first.
-    return {QStringLiteral("/usr/lib/chromium/chromium-headless-shell"),
-            QStringLiteral("chromium-headless-shell"),
-            QStringLiteral("chrome-headless-shell"),
-            QStringLiteral("chromium"),
-            QStringLiteral("chromium-browser"),
-            QStringLiteral("google-chrome"),
-            QStringLiteral("google-chrome-stable"),
-            QStringLiteral("microsoft-edge"),
-            QStringLiteral("brave-browser"),
-            QStringLiteral("vivaldi")};
+    // Wrapper scripts on PATH do not hand signals on, so the programs behind them come first.
+    const QStringList headless{QStringLiteral("/usr/lib/chromium/chromium-headless-shell"),
+                               QStringLiteral("chromium-headless-shell"),
+                               QStringLiteral("chrome-headless-shell")};
+    const QStringList whole{QStringLiteral("/usr/lib/chromium/chromium"),
+                            QStringLiteral("chromium"),
+                            QStringLiteral("chromium-browser"),
+                            QStringLiteral("google-chrome"),
+                            QStringLiteral("google-chrome-stable"),
+                            QStringLiteral("microsoft-edge"),
+                            QStringLiteral("brave-browser"),
+                            QStringLiteral("vivaldi")};
+    // The headless shell starts three times as fast as the whole browser.
+    return use == BrowserUse::WithWindow ? whole : headless + whole;
 }
 
 } // namespace tollivar::platform

@@ -22,6 +22,13 @@ namespace tollivar::platform {
 /// Errors: as userDataFolder().
 [[nodiscard]] Result<QString> commonDataFolder();
 
+/// Where the program keeps its files: in the person's application data, and what concerns the
+/// installation in the state folder. With a file "portable" beside the executable both are the folder
+/// "data" there instead.
+/// Errors: as userDataFolder().
+[[nodiscard]] Result<QString> dataDirectory();
+[[nodiscard]] Result<QString> commonDirectory();
+
 /// Sockets and locks of this log-in: `$XDG_RUNTIME_DIR`; empty when there is none that is ours.
 [[nodiscard]] QString runtimeFolder();
 

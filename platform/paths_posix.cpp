@@ -1,3 +1,4 @@
+#include "platform/build_config.h"
 #include "platform/paths.h"
 
 #include <QCoreApplication>
@@ -34,6 +35,26 @@ Result<QString> folderFromOrHome(const char *variable, QLatin1StringView belowHo
     return QDir::cleanPath(home + QLatin1Char('/') + belowHome);
 }
 
+/// Empty unless the program carries its data along.
+QString portableDirectory()
+{
+    const QString program = programDirectory();
+    return QFileInfo::exists(program + QLatin1StringView("/portable"))
+               ? program + QLatin1StringView("/data")
+               : QString();
+}
+
+Result<QString> ownFolderIn(const Result<QString> &parent)
+{
+    if (QString portable = portableDirectory(); !portable.isEmpty()) {
+        return portable;
+    }
+    if (!parent) {
+        return parent;
+    }
+    return *parent + QLatin1Char('/') + build::kProductName + QLatin1StringView(" Data");
+}
+
 } // namespace
 
 QString programDirectory()
@@ -49,6 +70,16 @@ Result<QString> userDataFolder()
 Result<QString> commonDataFolder()
 {
     return folderFromOrHome("XDG_STATE_HOME", QLatin1StringView(".local/state"));
+}
+
+Result<QString> dataDirectory()
+{
+    return ownFolderIn(userDataFolder());
+}
+
+Result<QString> commonDirectory()
+{
+    return ownFolderIn(commonDataFolder());
 }
 
 QString runtimeFolder()

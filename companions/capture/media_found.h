@@ -22,6 +22,7 @@ struct MediaFound {
     QString cookies{};
     QString agent{};
     QString referer{};
+    QString page{};     ///< its address, where a person chose the page by browsing
     QString location{}; ///< where it lay in the end; empty when no redirect led there
 };
 

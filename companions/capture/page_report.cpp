@@ -23,6 +23,7 @@ constexpr QLatin1StringView kScript(R"js((() => {
   const report = globalThis.tollivarReport;
   const mediaEnding = /\.(mp4|webm|flv|mkv|mov|m4v|ogv|avi|wmv|mpe?g|3gp|asf|swf)$/i;
   const playWord = /(^|[^a-z])play([^a-z]|$)/i;
+  const plays = @PLAYS@;
   const maximumItems = 200;
   const maximumAddress = 16384;
   const attempts = new WeakMap();
@@ -86,13 +87,13 @@ constexpr QLatin1StringView kScript(R"js((() => {
     for (const tree of allTrees()) {
       for (const media of tree.querySelectorAll('video,audio')) {
         ++elements;
-        play(media);
+        if (plays) play(media);
         if (isFetched(media.currentSrc) && played.length < maximumItems) {
           played.push({address: media.currentSrc, area: media.clientWidth * media.clientHeight});
         }
       }
     }
-    if (elements === 0 && ++rounds > 4) pressPlay();
+    if (plays && elements === 0 && ++rounds > 4) pressPlay();
     const text = JSON.stringify({address: location.href.slice(0, maximumAddress),
                                  isWholePage: window === window.top,
                                  title: String(document.title).slice(0, 1000),
@@ -119,9 +120,11 @@ bool isFetched(const QString &address)
 
 } // namespace
 
-QString pageScript()
+QString pageScript(PageScript script)
 {
-    return kScript;
+    const QString plays =
+        script == PageScript::Plays ? QStringLiteral("true") : QStringLiteral("false");
+    return QString(kScript).replace(QLatin1StringView("@PLAYS@"), plays);
 }
 
 std::optional<PageReport> parsePageReport(const QString &text)

@@ -28,9 +28,14 @@ struct PageReport {
 inline constexpr QLatin1StringView kScriptWorld("tollivar");
 inline constexpr QLatin1StringView kReportFunction("tollivarReport");
 
-/// The script for every document: sets its media playing, without a sound, and reports what they
-/// are, each time something has changed.
-[[nodiscard]] QString pageScript();
+/// What the script does beside looking.
+enum class PageScript {
+    Plays,   ///< sets the media playing, without a sound: nobody else will
+    Watches, ///< touches nothing: a person sits in front
+};
+
+/// The script for every document: reports what its media are, each time something has changed.
+[[nodiscard]] QString pageScript(PageScript script);
 
 /// One report of the script; nothing when it is none. Only http and https addresses come through.
 [[nodiscard]] std::optional<PageReport> parsePageReport(const QString &text);

@@ -1,5 +1,7 @@
 #include "companions/capture/page_watch.h"
 
+#include "companions/capture/session_setup.h"
+
 #include <QJsonArray>
 
 #include <algorithm>
@@ -19,32 +21,6 @@ constexpr std::size_t kMaximumPlayed = 500;
 constexpr std::size_t kMaximumOffered = 500;
 /// The best ones are asked for first, and only they matter.
 constexpr int kMaximumCookieQuestions = 20;
-
-/// Every kind of target that can fetch; all else would only be noise.
-QJsonObject attachParameters()
-{
-    QJsonArray filter;
-    for (const QString &type :
-         {QStringLiteral("page"), QStringLiteral("iframe"), QStringLiteral("worker"),
-          QStringLiteral("shared_worker"), QStringLiteral("service_worker")}) {
-        filter.append(QJsonObject{{QStringLiteral("type"), type}});
-    }
-    filter.append(QJsonObject{{QStringLiteral("exclude"), true}});
-    return {{QStringLiteral("autoAttach"), true},
-            {QStringLiteral("waitForDebuggerOnStart"), true},
-            {QStringLiteral("flatten"), true},
-            {QStringLiteral("filter"), filter}};
-}
-
-/// The header line's value that the browser would make of these cookies.
-QString cookieHeader(const QJsonArray &cookies)
-{
-    QStringList pairs;
-    for (const auto &cookie : cookies) {
-        pairs.append(cookie[u"name"].toString() + QLatin1Char('=') + cookie[u"value"].toString());
-    }
-    return pairs.join(QStringLiteral("; "));
-}
 
 } // namespace
 
@@ -66,7 +42,7 @@ void PageWatch::prepareBrowser()
                       });
     m_connection.send(QStringLiteral("Browser.setDownloadBehavior"),
                       {{QStringLiteral("behavior"), QStringLiteral("deny")}});
-    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachParameters());
+    attachToTargets(m_connection);
     m_connection.send(QStringLiteral("Target.createTarget"),
                       {{QStringLiteral("url"), QStringLiteral("about:blank")}});
 }
@@ -148,34 +124,13 @@ void PageWatch::takeTarget(const QJsonObject &event)
         m_pageSession = session;
         m_pageTarget = target;
     }
-    prepareSession(session, kind);
-}
-
-void PageWatch::prepareSession(const QString &session, const QString &kind)
-{
-    if (kind == u"page" || kind == u"iframe") {
-        m_connection.send(QStringLiteral("Page.enable"), {}, session);
-        m_connection.send(QStringLiteral("Runtime.enable"), {}, session);
-        m_connection.send(QStringLiteral("Runtime.addBinding"),
-                          {{QStringLiteral("name"), kReportFunction},
-                           {QStringLiteral("executionContextName"), kScriptWorld}},
-                          session);
-        m_connection.send(
-            QStringLiteral("Page.addScriptToEvaluateOnNewDocument"),
-            {{QStringLiteral("source"), pageScript()}, {QStringLiteral("worldName"), kScriptWorld}},
-            session);
-    }
-    m_connection.send(QStringLiteral("Network.setUserAgentOverride"),
-                      {{QStringLiteral("userAgent"), m_agent}}, session);
-    m_connection.send(QStringLiteral("Target.setAutoAttach"), attachParameters(), session);
     // Requests before this reply would go unseen, so the page is opened by it.
-    m_connection.send(QStringLiteral("Network.enable"), {}, session,
-                      [this, session](const QJsonObject & /*result*/) {
-                          if (session == m_pageSession && m_state == State::Starting) {
-                              openPage();
-                          }
-                      });
-    m_connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
+    prepareSession(m_connection, {.session = session, .kind = kind, .agent = m_agent},
+                   [this, session](const QJsonObject & /*result*/) {
+                       if (session == m_pageSession && m_state == State::Starting) {
+                           openPage();
+                       }
+                   });
 }
 
 void PageWatch::openPage()
@@ -281,7 +236,7 @@ void PageWatch::askForCookies()
                               {{QStringLiteral("urls"), QJsonArray{address}}}, m_pageSession,
                               [this, address](const QJsonObject &result) {
                                   --m_cookiesAwaited;
-                                  m_cookies[address] = cookieHeader(result[u"cookies"].toArray());
+                                  m_cookies[address] = cookieHeader(result);
                               });
         }
     }

@@ -43,7 +43,6 @@ private:
     void takeAnswer(const DevToolsMessage &event);
     void takeReport(const QString &text);
     void takeNavigation(const QJsonObject &result);
-    void prepareSession(const QString &session, const QString &kind);
     void openPage();
     void askForCookies();
     void finish();

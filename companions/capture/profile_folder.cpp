@@ -5,7 +5,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QUuid>
+#include <QRandomGenerator>
 
 namespace tollivar::capture {
 
@@ -47,8 +47,9 @@ platform::Result<QString> newProfilePath()
                        QStringLiteral("nothing can be written in %1").arg(place.filePath()));
     }
     removeLeftOvers();
+    // Short: the browser keeps a socket below it, whose whole path has to fit into 107 bytes.
     return place.absoluteFilePath() + QLatin1Char('/') + kPrefix +
-           QUuid::createUuid().toString(QUuid::Id128);
+           QString::number(QRandomGenerator::system()->generate64(), 36);
 }
 
 } // namespace tollivar::capture

@@ -1,8 +1,8 @@
 #include "companions/pageprobe/page_probe.h"
 
+#include "companions/capture/answer_writer.h"
 #include "companions/capture/capture_engine.h"
 #include "companions/capture/media_rank.h"
-#include "companions/pageprobe/answer_writer.h"
 #include "companions/pageprobe/direct_finder.h"
 #include "companions/pageprobe/extractor_finder.h"
 #include "companions/pageprobe/static_finder.h"
@@ -90,7 +90,8 @@ int runPageProbe(const QStringList &arguments)
     const capture::FindRequest request{.address = read->address,
                                        .preference = read->preference,
                                        .deadline = std::chrono::steady_clock::now() + kTimeToFind};
-    const QByteArray answer = writeAnswer(findMedia(makeFinders(read->mode), request, stop));
+    const QByteArray answer =
+        capture::writeAnswer(findMedia(makeFinders(read->mode), request, stop));
     std::fwrite(answer.constData(), 1, static_cast<std::size_t>(answer.size()), stdout);
     std::fflush(stdout);
     return answer.isEmpty() ? 1 : 0;

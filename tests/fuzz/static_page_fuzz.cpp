@@ -1,6 +1,6 @@
 // A page of any server: its text in, addresses of media and the answer's records out.
 
-#include "companions/pageprobe/answer_writer.h"
+#include "companions/capture/answer_writer.h"
 #include "companions/pageprobe/static_page.h"
 #include "fetch/parser_answer.h"
 
@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             std::abort();
     }
     // No page can add a record, or put one into another's place.
-    const auto records = fetch::readAnswer(QString::fromUtf8(probe::writeAnswer(media)));
+    const auto records = fetch::readAnswer(QString::fromUtf8(capture::writeAnswer(media)));
     if (records.size() != media.size())
         std::abort();
     for (std::size_t i = 0; i < records.size(); ++i) {

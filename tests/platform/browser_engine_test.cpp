@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using tollivar::platform::browserMajorVersion;
 using tollivar::platform::browserPlaces;
+using tollivar::platform::BrowserUse;
 using tollivar::platform::findBrowser;
 using tollivar::platform::findProgram;
 using tollivar::platform::kUnknownBrowserVersion;
@@ -65,6 +66,13 @@ TEST_F(BrowserEngine, isElseTheFirstThatIsInstalled)
     EXPECT_EQ(findBrowser(), first);
     qputenv("TOLLIVAR_BROWSER", "");
     EXPECT_EQ(findBrowser(), first);
+}
+
+TEST_F(BrowserEngine, forAWindowIsNoneThatCannotShowOne)
+{
+    const QStringList places = browserPlaces(BrowserUse::WithWindow);
+    EXPECT_FALSE(places.isEmpty());
+    EXPECT_TRUE(places.filter(QStringLiteral("headless")).isEmpty());
 }
 
 TEST_F(BrowserEngine, tellsItsMajorVersion)

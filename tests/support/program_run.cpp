@@ -17,12 +17,13 @@ namespace {
 /// Ends a hang; slow machines under sanitizers stay far below.
 constexpr int kLimitMs = 120'000;
 
-QString pathOf(const QString &program)
-{
-    return QStringLiteral(TOLLIVAR_PROGRAMS "/") + program;
-}
-
 } // namespace
+
+QString ProgramRun::pathOf(const QString &program)
+{
+    return QDir::isAbsolutePath(program) ? program
+                                         : QStringLiteral(TOLLIVAR_PROGRAMS "/") + program;
+}
 
 ProgramRun::ProgramRun(const Sandbox &sandbox, const QString &program, const QStringList &arguments)
 {

@@ -15,6 +15,9 @@ namespace tollivar::test {
 /// One of the built programs, started on directories of the test's own.
 class ProgramRun {
 public:
+    /// Of a built program by its name; an absolute path stays.
+    [[nodiscard]] static QString pathOf(const QString &program);
+
     /// `sandbox` holds data, state and runtime directories; runs that share it share the tasks.
     ProgramRun(const Sandbox &sandbox, const QString &program, const QStringList &arguments);
     /// Ends a program that still runs.

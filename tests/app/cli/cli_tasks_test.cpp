@@ -2,6 +2,7 @@
 #include "tests/support/program_run.h"
 #include "tests/support/sample_site.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -62,6 +63,25 @@ TEST_F(CliTasks, profilesAreListedWithoutADataDirectory)
     EXPECT_EQ(QJsonDocument::fromJson(m_output).array().size(), 15);
     EXPECT_EQ(m_errors, QByteArray());
     EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("data/Tollivar Data"))));
+}
+
+TEST_F(CliTasks, aPortableProgramKeepsItsDataBesideItself)
+{
+    // The program is copied, so that the mark lies beside no other.
+    QDir().mkpath(m_sandbox.file(QStringLiteral("stick")));
+    const QString copy = m_sandbox.file(QStringLiteral("stick/tollivar-cli"));
+    ASSERT_TRUE(QFile::copy(ProgramRun::pathOf(QStringLiteral("tollivar-cli")), copy));
+    m_sandbox.write(QStringLiteral("stick/portable"), "");
+    m_site.on("/a.mp4", test::answer("12345"));
+    ProgramRun program(m_sandbox, copy,
+                       {QStringLiteral("download"), QStringLiteral("--mode"),
+                        QStringLiteral("direct"), QStringLiteral("--folder"),
+                        QStringLiteral("out"), m_site.address("/a.mp4")});
+    EXPECT_EQ(program.finish(), 0) << program.errors().constData();
+    EXPECT_TRUE(QFile::exists(m_sandbox.file(QStringLiteral("stick/data/dtasks.db"))));
+    EXPECT_TRUE(QFile::exists(m_sandbox.file(QStringLiteral("stick/data/settings.ini"))));
+    EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("data/Tollivar Data"))));
+    EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("state/Tollivar Data"))));
 }
 
 TEST_F(CliTasks, theListHasColumnsRowsAndStates)

@@ -6,10 +6,10 @@
 
 #include <vector>
 
-namespace tollivar::probe {
+namespace tollivar::capture {
 
 /// The media as the key/value records that Tollivar reads (docs/formats/parser-answer.md), in
 /// UTF-8, each ended by an empty line. A value is one line whatever it held before.
-[[nodiscard]] QByteArray writeAnswer(const std::vector<capture::MediaFound> &media);
+[[nodiscard]] QByteArray writeAnswer(const std::vector<MediaFound> &media);
 
-} // namespace tollivar::probe
+} // namespace tollivar::capture

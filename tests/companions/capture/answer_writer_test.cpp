@@ -1,4 +1,4 @@
-#include "companions/pageprobe/answer_writer.h"
+#include "companions/capture/answer_writer.h"
 #include "fetch/parser_answer.h"
 
 #include <gtest/gtest.h>
@@ -7,9 +7,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using tollivar::capture::MediaFound;
+using tollivar::capture::writeAnswer;
 using tollivar::fetch::AnswerRecord;
 using tollivar::fetch::readAnswer;
-using tollivar::probe::writeAnswer;
 
 MediaFound clip()
 {

@@ -1,12 +1,10 @@
-#include "companions/pageprobe/answer_writer.h"
+#include "companions/capture/answer_writer.h"
 
 #include "companions/capture/media_rank.h"
 
 #include <algorithm>
 
-namespace tollivar::probe {
-
-using capture::MediaKind;
+namespace tollivar::capture {
 
 namespace {
 
@@ -43,12 +41,12 @@ bool isPlainExtension(const QString &extension)
 }
 
 /// "MP4 Video (*.mp4)"; empty when there is no extension that a file may carry.
-QString typeDescription(const capture::MediaFound &medium)
+QString typeDescription(const MediaFound &medium)
 {
     if (!isPlainExtension(medium.extension)) {
         return {};
     }
-    const MediaKind kind = capture::kindOf(medium.mediaType, medium.extension);
+    const MediaKind kind = kindOf(medium.mediaType, medium.extension);
     const QString word = kind == MediaKind::Audio   ? QStringLiteral("Audio")
                          : kind == MediaKind::Flash ? QStringLiteral("Animation")
                                                     : QStringLiteral("Video");
@@ -58,12 +56,13 @@ QString typeDescription(const capture::MediaFound &medium)
 
 } // namespace
 
-QByteArray writeAnswer(const std::vector<capture::MediaFound> &media)
+QByteArray writeAnswer(const std::vector<MediaFound> &media)
 {
     QByteArray answer;
-    for (const capture::MediaFound &medium : media) {
+    for (const MediaFound &medium : media) {
         append(answer, "PROTOCOL", QStringLiteral("1"));
         append(answer, "URL", medium.address);
+        append(answer, "PAGEURL", medium.page);
         append(answer, "TITLE", medium.title.simplified());
         append(answer, "TYPE", typeDescription(medium));
         append(answer, "COOKIES", medium.cookies);
@@ -76,4 +75,4 @@ QByteArray writeAnswer(const std::vector<capture::MediaFound> &media)
     return answer;
 }
 
-} // namespace tollivar::probe
+} // namespace tollivar::capture
