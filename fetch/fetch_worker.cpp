@@ -2,6 +2,7 @@
 
 #include "fetch/http_download.h"
 #include "fetch/page_resolver.h"
+#include "fetch/parse_mode.h"
 #include "fetch/rtmp_download.h"
 #include "fetch/text/file_naming.h"
 #include "fetch/text/site_url.h"
@@ -21,11 +22,6 @@ using tasks::TaskState;
 namespace {
 
 constexpr std::chrono::milliseconds kRetryPauseStep{500};
-/// Browser engines up to this version are asked in the old way first.
-constexpr int kLastOldBrowser = 6;
-
-constexpr QStringView kOldMode = u"PARSE_MODE_IE6";
-constexpr QStringView kNewMode = u"PARSE_MODE_IE7";
 
 bool isMethod(const TaskInfo &task, DownloadMethod method)
 {
@@ -39,12 +35,6 @@ QStringView parseType(const TaskInfo &task)
     }
     return isMethod(task, DownloadMethod::Flash) ? QStringView(u"PARSE_TYPE_SWFAUTO")
                                                  : QStringView(u"PARSE_TYPE_FLVAUTO");
-}
-
-std::array<QStringView, 2> parseModes(int browserVersion)
-{
-    const bool isNew = browserVersion > kLastOldBrowser || browserVersion == -1;
-    return isNew ? std::array{kNewMode, kOldMode} : std::array{kOldMode, kNewMode};
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "app/task_request.h"
 #include "app/window/captured_tasks.h"
 #include "app/window/guide.h"
+#include "platform/browser_engine.h"
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
 #include "platform/flash_version.h"
@@ -130,10 +131,9 @@ void Program::connectWindow()
                              m_conversions.start(id, task);
                          }
                      });
-    QObject::connect(window, &CTollivarDlg::profileWanted, window,
-                     [this](const tasks::TaskInfo &task, std::uint32_t id) {
-                         m_conversions.start(id, task);
-                     });
+    QObject::connect(
+        window, &CTollivarDlg::profileWanted, window,
+        [this](const tasks::TaskInfo &task, std::uint32_t id) { m_conversions.start(id, task); });
     QObject::connect(window, &CTollivarDlg::dropZoneToggled, window,
                      [this] { m_dropZone->setVisible(!m_dropZone->isVisible()); });
     QObject::connect(window, &CTollivarDlg::activatedByPerson, m_dropZone.get(), [this] {
@@ -148,8 +148,13 @@ void Program::connectWindow()
 void Program::connectCompanions()
 {
     CTollivarDlg *window = m_window.get();
-    QObject::connect(window, &CTollivarDlg::browserWanted, window,
-                     [] { platform::startCompanion(u".\\SniffBrowser.exe"_s); });
+    QObject::connect(window, &CTollivarDlg::browserWanted, window, [this](bool asks) {
+        if (asks) {
+            platform::startCompanion(u".\\SniffBrowser.exe"_s);
+        } else {
+            openQuickBrowser();
+        }
+    });
     QObject::connect(window, &CTollivarDlg::webPageWanted, window, [](const QString &address) {
         platform::startCompanion(u".\\SniffBrowser.exe"_s, {u"-url"_s, address});
     });
@@ -162,6 +167,19 @@ void Program::connectCompanions()
     QObject::connect(
         window, &CTollivarDlg::folderWanted, window,
         [](const QString & /*folder*/, const QString &path) { platform::revealFile(path); });
+}
+
+void Program::openQuickBrowser()
+{
+    if (m_browser) {
+        return;
+    }
+    m_browser = std::make_unique<CaptureBrowser>(platform::kUnknownBrowserVersion);
+    QObject::connect(m_browser.get(), &CaptureBrowser::captured, m_window.get(),
+                     &CTollivarDlg::addCapturedRecord);
+    QObject::connect(
+        m_browser.get(), &CaptureBrowser::ended, m_window.get(), [this] { m_browser.reset(); },
+        Qt::QueuedConnection);
 }
 
 const settings::CGeneralOptions &Program::generalOptions() const
@@ -332,6 +350,7 @@ void Program::tellSkinProblems()
 void Program::shutDown()
 {
     m_window->leaveScreen();
+    m_browser.reset();
     m_conversions.stopAll();
     m_dropZone->hide();
     ui::CTaskNotifyDlg::closeAll();

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "app/conversions.h"
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
-#include "app/conversions.h"
+#include "app/window/capture_browser.h"
 #include "app/window/updates.h"
 #include "platform/flash_version.h"
 #include "platform/interrupt.h"
@@ -45,6 +46,8 @@ private:
     void connectCompanions();
     void openSettings();
     void applyOptions();
+    /// The capture browser whose choices become tasks without a question; one at a time.
+    void openQuickBrowser();
     void showPlayerHelp();
     void showCompleted(const tasks::TaskInfo &task);
     void convert(const QString &path);
@@ -71,6 +74,7 @@ private:
     std::unique_ptr<ui::CTollivarDlg> m_window;
     std::unique_ptr<ui::CDragDlg> m_dropZone;
     std::unique_ptr<Updates> m_updates;
+    std::unique_ptr<CaptureBrowser> m_browser;
     std::unique_ptr<platform::InterruptWatch> m_interrupt;
     std::unique_ptr<platform::LocalMessageServer> m_messages;
 };

@@ -166,6 +166,7 @@ void CTollivarDlg::bindKeys()
     bind(QKeySequence::Paste, [this] {
         offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()), AddressOrigin::Dropped);
     });
+    bind(QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Q_EMIT browserWanted(false); });
     bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
     bind(QKeySequence(Qt::Key_F6), [this] { stopSelected(); });
     bind(QKeySequence(Qt::Key_F1), [this] { Q_EMIT helpWanted(); });
@@ -327,16 +328,31 @@ void CTollivarDlg::addCaptured(const CapturedMedia &media)
     if (m_minimisesAfterCapture) {
         showMinimized();
     }
+    storeCaptured(media, dialog.task());
+}
+
+void CTollivarDlg::storeCaptured(const CapturedMedia &media, const tasks::TaskInfo &chosen)
+{
     tasks::TaskInfo task = media.task;
-    task.m_ConvOpts = dialog.task().m_ConvOpts;
-    task.strOutputFolder =
-        folderOfCaptured(dialog.task().strOutputFolder, media.title, task.strOriURL);
+    task.m_ConvOpts = chosen.m_ConvOpts;
+    task.strOutputFolder = folderOfCaptured(chosen.strOutputFolder, media.title, task.strOriURL);
     if (const auto made = platform::makeFolders(task.strOutputFolder); !made) {
         QMessageBox::warning(this, kProgram, text(u"strMsgInvalidFolder"));
         return;
     }
-    task.strOutputName = fetch::cleanName(dialog.task().strOutputName, u'-');
+    task.strOutputName = fetch::cleanName(chosen.strOutputName, u'-');
     addNewTask(task);
+}
+
+void CTollivarDlg::addCapturedRecord(const QString &record)
+{
+    for (const CapturedMedia &media : m_services.readCapturedText(record)) {
+        tasks::TaskInfo chosen;
+        chosen.strOutputFolder = m_services.settings.GetLastFolder();
+        chosen.strOutputName = media.title.isEmpty() ? media.task.strOriURL.right(8) : media.title;
+        storeCaptured(media, chosen);
+    }
+    port().post(AppMessageId::CapturedTexts, 0, 0);
 }
 
 void CTollivarDlg::offerAddress(const QString &address, AddressOrigin origin)

@@ -56,6 +56,8 @@ public:
     void addAddress(const QString &address);
     /// Stores a complete record as a new task and starts or queues it.
     void addNewTask(const tasks::TaskInfo &task);
+    /// A record of the capture browser that becomes a task without a question, in the last folder.
+    void addCapturedRecord(const QString &record);
     /// A text of the capture browser: each medium in it is offered as a task.
     void addCapturedText(const QString &text);
     /// An address that is ready: offered as a task, unless we copied it ourselves.
@@ -85,7 +87,8 @@ Q_SIGNALS:
     void homePageWanted();
     void playerHelpWanted();
     void dropZoneToggled();
-    void browserWanted();
+    /// The capture browser; with `asks` each medium is offered, else it becomes a task at once.
+    void browserWanted(bool asks);
     void webPageWanted(const QString &address);
     /// With the companion player; the path is empty when no task is selected.
     void playerWanted(const QString &path);
@@ -122,6 +125,8 @@ private:
     void runOnSelected(int command);
     void takeCapturedTexts();
     void addCaptured(const CapturedMedia &media);
+    void openBrowser();
+    void storeCaptured(const CapturedMedia &media, const tasks::TaskInfo &chosen);
     void addPendingAddress();
     void addTask();
     DialogResult openAddTask(const QString &address);

@@ -25,7 +25,7 @@ void CTollivarDlg::handleClick(const QString &name)
 {
     static const QHash<QString, void (CTollivarDlg::*)()> kActions = {
         {u"btnAddUrl"_s, &CTollivarDlg::addTask},
-        {u"btnBrowser"_s, &CTollivarDlg::browserWanted},
+        {u"btnBrowser"_s, &CTollivarDlg::openBrowser},
         {u"btnPlayer"_s, &CTollivarDlg::playSelected},
         {u"btnStart"_s, &CTollivarDlg::startSelected},
         {u"btnStop"_s, &CTollivarDlg::stopSelected},
@@ -45,6 +45,12 @@ void CTollivarDlg::handleClick(const QString &name)
     if (const auto action = kActions.value(name)) {
         (this->*action)();
     }
+}
+
+void CTollivarDlg::openBrowser()
+{
+    const bool isQuick = QGuiApplication::keyboardModifiers().testFlag(Qt::ShiftModifier);
+    Q_EMIT browserWanted(!isQuick);
 }
 
 void CTollivarDlg::runCommand(int command)

@@ -482,4 +482,36 @@ TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
     EXPECT_EQ(wanted[0][1].toUInt(), done);
 }
 
+TEST_F(TollivarDlgTest, aRecordThatWasChosenQuicklyBecomesATaskWithoutADialog)
+{
+    CTollivarDlg &window = open();
+    CapturedMedia media;
+    media.task.strOriURL = u"http://site.example/watch"_s;
+    media.task.strDownloadUrl = u"http://media.example/clip.mp4"_s;
+    media.task.strFileType = u".mp4"_s;
+    media.title = u"Harbour"_s;
+    m_world.captured = {media};
+    m_world.settings().SetLastFolder(m_world.sandbox().path());
+    window.addCapturedRecord(u"the record"_s);
+    ASSERT_EQ(m_world.manager().visibleCount(), 1);
+    const tasks::TaskInfo &task = m_world.manager().workerAt(0)->record();
+    EXPECT_EQ(task.strOutputName, u"Harbour"_s);
+    EXPECT_EQ(task.strOutputFolder, m_world.sandbox().path() + u"/Harbour/"_s);
+    EXPECT_EQ(task.strDownloadUrl, u"http://media.example/clip.mp4"_s);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(TollivarDlgTest, theBrowserAsksUnlessShiftOrItsKeyIsPressed)
+{
+    CTollivarDlg &window = open();
+    QSignalSpy wanted(&window, &CTollivarDlg::browserWanted);
+    click(u"btnBrowser"_s);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    test::press(window, Qt::Key_B, Qt::ControlModifier);
+    ASSERT_EQ(wanted.size(), 2);
+    EXPECT_TRUE(wanted[0][0].toBool());
+    EXPECT_FALSE(wanted[1][0].toBool());
+}
+
 } // namespace tollivar::ui
