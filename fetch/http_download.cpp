@@ -151,6 +151,7 @@ std::unique_ptr<HttpClient> openMedia(tasks::TaskWorker &worker, const tasks::Ta
         {.address = task.strDownloadUrl, .headers = requestHeaders(task)}, worker.stopEvent());
     if (!client) {
         if (!worker.stopEvent().isSet()) {
+            qWarning("a media address could not be opened: %s", qPrintable(client.error().text));
             worker.setFailure({.kind = tasks::ErrorKind::Network});
         }
         return nullptr;

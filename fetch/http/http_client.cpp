@@ -4,7 +4,7 @@
 
 #include <curl/curl.h>
 
-#include <atomic>
+#include <array>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -81,6 +81,7 @@ struct HttpClient::Private {
     std::size_t takeBody(const char *data, std::size_t size);
     void takeHeader(QByteArrayView line);
     [[nodiscard]] bool isFinalAnswer() const;
+    [[nodiscard]] QString failureText() const;
 
     AutoResetEvent &stop;
     std::unique_ptr<CURLM, FreeMulti> multi;
@@ -94,6 +95,8 @@ struct HttpClient::Private {
     bool hasHeaders = false;
     bool isDone = false;
     CURLcode result = CURLE_OK;
+    /// What the library has to say about a failure, more than the code tells; may stay empty.
+    std::array<char, CURL_ERROR_SIZE> reason = {};
 
     /// Where the library's bytes go while a read is under way.
     std::span<std::byte> target;
@@ -180,6 +183,7 @@ Result<void> HttpClient::Private::prepare(const HttpRequest &request)
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
     curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, onHeader);
     curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, reason.data());
     if (curl_multi_add_handle(multi.get(), handle) != CURLM_OK) {
         return failure(ErrorKind::TryAgain, QStringLiteral("no connection can be set up"));
     }
@@ -229,6 +233,11 @@ bool HttpClient::Private::isFinalAnswer() const
     return status >= 200 && !isRedirect;
 }
 
+QString HttpClient::Private::failureText() const
+{
+    return QString::fromUtf8(reason.front() != '\0' ? reason.data() : curl_easy_strerror(result));
+}
+
 void HttpClient::Private::perform()
 {
     int running = 0;
@@ -259,8 +268,7 @@ Result<void> HttpClient::Private::waitForHeaders()
         }
         perform();
         if (isDone && result != CURLE_OK && !hasHeaders) {
-            return failure(ErrorKind::TryAgain, QString::fromUtf8(curl_easy_strerror(result)),
-                           static_cast<int>(result));
+            return failure(ErrorKind::TryAgain, failureText(), static_cast<int>(result));
         }
         if (isDone || hasHeaders) {
             return {};

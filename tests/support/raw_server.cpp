@@ -1,5 +1,9 @@
 #include "tests/support/raw_server.h"
 
+#include "tests/support/wait_until.h"
+
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
@@ -32,6 +36,18 @@ Listener listenOnLoopback()
     return listener;
 }
 
+/// How many connections to that port are asked for and not answered.
+qsizetype unansweredAttempts(quint16 port)
+{
+    QFile table(QStringLiteral("/proc/net/tcp"));
+    EXPECT_TRUE(table.open(QIODevice::ReadOnly));
+    constexpr int kHexadecimal = 16;
+    // The remote end, and the state "SYN sent".
+    const QByteArray wanted =
+        ':' + QByteArray::number(port, kHexadecimal).toUpper().rightJustified(4, '0') + " 02 ";
+    return table.readAll().count(wanted);
+}
+
 } // namespace
 
 quint16 freePort()
@@ -58,6 +74,12 @@ FullPort::FullPort()
         ::connect(handle, reinterpret_cast<sockaddr *>(&address), sizeof address);
         m_handles.push_back(handle);
     }
+    m_ownAttempts = unansweredAttempts(m_port);
+}
+
+void FullPort::waitForAttempt() const
+{
+    waitUntil("somebody to connect", [this] { return unansweredAttempts(m_port) > m_ownAttempts; });
 }
 
 FullPort::~FullPort()

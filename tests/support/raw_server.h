@@ -23,10 +23,13 @@ public:
     FullPort &operator=(const FullPort &) = delete;
 
     [[nodiscard]] quint16 port() const { return m_port; }
+    /// Waits until somebody else tries to connect; fails the test when nobody does.
+    void waitForAttempt() const;
 
 private:
     std::vector<int> m_handles;
     quint16 m_port = 0;
+    qsizetype m_ownAttempts = 0;
 };
 
 /// A server that speaks no protocol: each connection is played by a script.
