@@ -1,12 +1,16 @@
 #include "fetch/http_download.h"
 #include "tests/support/event_recorder.h"
+#include "tests/support/hanging_resolver.h"
 #include "tests/support/http_site.h"
 #include "tests/support/idle_worker.h"
+#include "tests/support/raw_server.h"
 #include "tests/support/sandbox.h"
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
+
+#include <future>
 
 namespace tollivar::fetch {
 namespace {
@@ -276,6 +280,55 @@ TEST_F(HttpDownload, aStopWhileTheServerStallsKeepsWhatCame)
     EXPECT_EQ(result, StepResult::Stopped);
     EXPECT_FALSE(m_worker.stopEvent().isSet());
     EXPECT_EQ(m_worker.failure(), tasks::TaskFailure{});
+}
+
+/// Where a download can be held up before its first byte.
+class HttpStop : public HttpDownload {
+protected:
+    /// Stops the download once `isHeldUp`; the case fails when that takes longer than a moment.
+    void stopWhen(const QString &address, const std::function<bool()> &isHeldUp)
+    {
+        m_task.strDownloadUrl = address;
+        auto run = std::async(std::launch::async, [this] {
+            return downloadHttp(m_worker, m_task, platform::systemClock());
+        });
+        while (!isHeldUp() &&
+               run.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+        }
+        const auto begin = std::chrono::steady_clock::now();
+        m_worker.stopEvent().set();
+        EXPECT_EQ(run.get(), StepResult::Stopped);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    }
+};
+
+TEST_F(HttpStop, endsALookUpThatIsNeverAnswered)
+{
+    const test::HangingResolver resolver;
+    stopWhen(QStringLiteral("http://%1/v").arg(resolver.host()),
+             [&resolver] { return resolver.waiting() > 0; });
+}
+
+TEST_F(HttpStop, endsAConnectionToNowhere)
+{
+    const test::FullPort nowhere;
+    const auto begin = std::chrono::steady_clock::now();
+    stopWhen(QStringLiteral("http://127.0.0.1:%1/v").arg(nowhere.port()), [begin] {
+        return std::chrono::steady_clock::now() - begin > std::chrono::milliseconds(50);
+    });
+}
+
+TEST_F(HttpStop, endsATlsHandshakeThatIsNeverAnswered)
+{
+    const test::RawServer silent([](const auto &peer) { peer.stall(); });
+    stopWhen(QStringLiteral("https://127.0.0.1:%1/v").arg(silent.port()),
+             [&silent] { return silent.connections() > 0; });
+}
+
+TEST_F(HttpStop, endsAServerThatTakesTheRequestAndSaysNothing)
+{
+    m_site.on("/v", test::neverAnswer());
+    stopWhen(m_site.address("/v"), [this] { return !m_site.requests().empty(); });
 }
 
 } // namespace

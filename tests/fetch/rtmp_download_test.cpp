@@ -1,6 +1,7 @@
 #include "fetch/fetch_worker.h"
 #include "fetch/rtmp_download.h"
 #include "tests/support/event_recorder.h"
+#include "tests/support/hanging_resolver.h"
 #include "tests/support/http_site.h"
 #include "tests/support/idle_worker.h"
 #include "tests/support/parser_script.h"
@@ -189,6 +190,14 @@ TEST_F(RtmpDownload, aStopEndsAConnectionToNowhere)
     const auto begin = std::chrono::steady_clock::now();
     const auto time = stopWhen(u"rtmp://127.0.0.1:%1/a/b"_s.arg(nowhere.port()),
                                [begin] { return std::chrono::steady_clock::now() - begin > 50ms; });
+    EXPECT_LT(time, 2s);
+}
+
+TEST_F(RtmpDownload, aStopEndsALookUpThatIsNeverAnswered)
+{
+    const test::HangingResolver resolver;
+    const auto time = stopWhen(u"rtmp://%1/a/b"_s.arg(resolver.host()),
+                               [&resolver] { return resolver.waiting() > 0; });
     EXPECT_LT(time, 2s);
 }
 

@@ -1,8 +1,12 @@
+#include "app/data_directory.h"
 #include "platform/local_messages.h"
 #include "platform/single_instance.h"
+#include "settings/settings_store.h"
 #include "tests/support/program_run.h"
+#include "tests/support/raw_server.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -146,6 +150,57 @@ TEST_F(WindowProgram, aTerminalFrontEndHandsItsTasksOver)
     EXPECT_EQ(stored().size(), 2);
     program->signal(SIGTERM);
     EXPECT_EQ(program->finish(), 0);
+}
+
+/// Downloads that a server holds up, and how quickly the program still ends.
+class WindowProgramExit : public WindowProgram {
+protected:
+    void SetUp() override
+    {
+        WindowProgram::SetUp();
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_sandbox.file(u"data"_s)));
+        qputenv("XDG_STATE_HOME", QFile::encodeName(m_sandbox.file(u"state"_s)));
+    }
+    void TearDown() override
+    {
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("XDG_STATE_HOME");
+        WindowProgram::TearDown();
+    }
+
+    void endsWhileTasksRun(const QString &scheme, int count)
+    {
+        const auto paths = setUpData();
+        ASSERT_TRUE(paths);
+        settings::SettingsStore(paths->settings).setNumber(settings::keys::kMaxSimDownloads, count);
+        const test::RawServer silent([](const auto &peer) { peer.stall(); });
+        QStringList arguments{u"download"_s, u"--mode"_s, u"direct"_s, u"--folder"_s, u"out"_s};
+        for (int i = 0; i < count; ++i) {
+            arguments += u"%1://127.0.0.1:%2/a/%3.flv"_s.arg(scheme).arg(silent.port()).arg(i);
+        }
+        const auto program = start();
+        ProgramRun terminal(m_sandbox, u"tollivar-cli"_s, arguments);
+        ASSERT_EQ(terminal.finish(), 0) << terminal.errors().constData();
+        test::waitUntil("every task's connection", [&] { return silent.connections() >= count; });
+        QElapsedTimer ending;
+        ending.start();
+        program->signal(SIGTERM);
+        EXPECT_EQ(program->finish(), 0);
+        RecordProperty("milliseconds", static_cast<int>(ending.elapsed()));
+        // Far above what it takes, far below what a task that is waited for would.
+        EXPECT_LT(ending.elapsed(), 6'000);
+        EXPECT_EQ(stored().size(), count);
+    }
+};
+
+TEST_F(WindowProgramExit, endsAtOnceWhileFiftyServersStall)
+{
+    endsWhileTasksRun(u"http"_s, 50);
+}
+
+TEST_F(WindowProgramExit, endsAtOnceWhileTwentyStreamsStall)
+{
+    endsWhileTasksRun(u"rtmp"_s, 20);
 }
 
 } // namespace
