@@ -2,11 +2,11 @@
 #include "fetch/rtmp_download.h"
 #include "tests/support/event_recorder.h"
 #include "tests/support/hanging_resolver.h"
-#include "tests/support/http_site.h"
 #include "tests/support/idle_worker.h"
 #include "tests/support/parser_script.h"
 #include "tests/support/raw_server.h"
 #include "tests/support/rtmp_server.h"
+#include "tests/support/sample_site.h"
 #include "tests/support/sandbox.h"
 
 #include <QCoreApplication>
@@ -116,19 +116,18 @@ TEST_F(RtmpDownload, theRecordsFieldsStandInForTheAddress)
     EXPECT_GT(QFileInfo(file()).size(), 10'000);
 }
 
-TEST_F(RtmpDownload, aPageWhoseAnswerIsAStreamBecomesAFile)
+TEST_F(RtmpDownload, aPageOfTheSampleSiteWhoseAnswerIsAStreamBecomesAFile)
 {
     test::RtmpServer server;
     server.record(u"show.flv"_s, {u"-c:v"_s, u"flv"_s, u"-c:a"_s, u"libmp3lame"_s}, 2);
-    test::HttpSite site;
-    site.on("/page", test::answer("<html><title>Evening show</title></html>"));
+    const test::SampleSite site;
+    const QString page = site.address(u"stream.html"_s);
     const test::ParserScript parser;
     parser.answer("PROTOCOL = 0\r\nURL = " + server.address(u"vod/show.flv"_s).toUtf8() +
-                  "\r\nTYPE = Flash Video (*.flv)\r\nPAGEURL = " + site.address("/page").toUtf8() +
-                  "\r\n\r\n");
+                  "\r\nTYPE = Flash Video (*.flv)\r\nPAGEURL = " + page.toUtf8() + "\r\n\r\n");
     FetchWorker worker;
     worker.setOwner(m_events.port());
-    m_task.strOriURL = site.address("/page");
+    m_task.strOriURL = page;
     worker.setRecord(m_task);
     std::thread([&worker] { worker.run(); }).join();
     m_events.waitForEnd();
