@@ -30,6 +30,7 @@ constexpr std::array kTexts = {
     BuiltInText{u"strWaiting", u"Waiting"},
     BuiltInText{u"strStopped", u"Stopped"},
     BuiltInText{u"strConverting", u"Converting"},
+    BuiltInText{u"strCopyDetails", u"Copy Details"},
     BuiltInText{u"strCompleted", u"Completed"},
     BuiltInText{u"strFailed", u"Failed"},
     BuiltInText{u"strDownloading", u"Downloading"},

@@ -91,6 +91,13 @@ void MainMenus::addProfiles(const Profiles &profiles, const Convert &convert)
     });
 }
 
+void MainMenus::addCopyDetails(const std::function<void()> &copy)
+{
+    QAction *action = m_list.addAction(QString(), copy);
+    QObject::connect(&m_list, &QMenu::aboutToShow, action,
+                     [this, action] { action->setText(m_texts.text(u"strCopyDetails"_s)); });
+}
+
 QAction *MainMenus::action(int command) const
 {
     for (const QMenu *menu : {&m_help, &m_list, &m_tray}) {

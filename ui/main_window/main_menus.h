@@ -29,6 +29,8 @@ public:
     [[nodiscard]] QMenu &help() { return m_help; }
     [[nodiscard]] QMenu &list() { return m_list; }
     [[nodiscard]] QMenu &tray() { return m_tray; }
+    /// Ends the list's menu with the entry that copies what a question about a task needs.
+    void addCopyDetails(const std::function<void()> &copy);
     /// The entry of a command in any of the menus; null when there is none.
     [[nodiscard]] QAction *action(int command) const;
     /// The choice of profiles; null before addProfiles().

@@ -97,6 +97,7 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
         std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
     m_menus->addProfiles([this] { return profilesForSelected(); },
                          [this](const QString &profile) { convertSelected(profile); });
+    m_menus->addCopyDetails([this] { copyDetails(); });
     bindTray();
     bindKeys();
     m_totals = new QTimer(this);

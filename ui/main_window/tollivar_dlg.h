@@ -144,6 +144,8 @@ private:
     /// What the selected tasks can be converted to: nothing while one is not finished.
     [[nodiscard]] QStringList profilesForSelected() const;
     void convertSelected(const QString &profile);
+    void copyDetails();
+    void copyText(const QString &copied);
     void showHelpMenu();
     void showAbout();
     void showFlashNote();

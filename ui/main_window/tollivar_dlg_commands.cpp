@@ -6,6 +6,7 @@
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/main_window/main_menus.h"
+#include "ui/main_window/task_details.h"
 #include "ui/main_window/tollivar_dlg.h"
 
 #include <QClipboard>
@@ -259,12 +260,28 @@ void CTollivarDlg::playSelected()
 
 void CTollivarDlg::copyAddresses(QString tasks::TaskInfo::*address)
 {
-    m_copiedText.clear();
+    QString copied;
     for (const tasks::TaskInfo &task : selectedTasks()) {
-        m_copiedText += task.*address + u"\r\n"_s;
+        copied += task.*address + u"\r\n"_s;
     }
-    if (!m_copiedText.isEmpty()) {
-        QGuiApplication::clipboard()->setText(m_copiedText);
+    copyText(copied);
+}
+
+void CTollivarDlg::copyDetails()
+{
+    QStringList details;
+    for (const int row : m_list->selectedRows()) {
+        details.append(taskDetails(m_list->sourceOf(row), m_services.texts.text,
+                                   QDateTime::currentDateTime()));
+    }
+    copyText(details.join(u'\n'));
+}
+
+void CTollivarDlg::copyText(const QString &copied)
+{
+    m_copiedText = copied;
+    if (!copied.isEmpty()) {
+        QGuiApplication::clipboard()->setText(copied);
     }
 }
 

@@ -56,6 +56,8 @@ public:
 
     [[nodiscard]] int rowHeight() const { return m_rowHeight; }
     [[nodiscard]] RowText textOf(int row) const;
+    /// What the row is drawn from.
+    [[nodiscard]] RowSource sourceOf(int row) const;
 
 Q_SIGNALS:
     void menuWanted(QPoint globalPosition);
@@ -89,7 +91,6 @@ private:
     void showToolTip(QHelpEvent &event);
     void fillAround(QPainter &painter, const QRect &dirty, int rowsEnd) const;
     [[nodiscard]] std::array<QRect, kListColumnCount> cellsAt(int top) const;
-    [[nodiscard]] RowSource sourceOf(int row) const;
     [[nodiscard]] RowLook lookOf(int row) const;
 
     TextLookup m_texts;

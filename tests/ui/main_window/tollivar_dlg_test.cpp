@@ -465,7 +465,7 @@ TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
         m_list->selectRows(rows);
         Q_EMIT m_list->menuWanted({});
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        QMenu *profiles = menu->actions().last()->menu();
+        QMenu *profiles = menu->findChild<QMenu *>();
         menu->close();
         return profiles;
     };
@@ -512,6 +512,23 @@ TEST_F(TollivarDlgTest, theBrowserAsksUnlessShiftOrItsKeyIsPressed)
     ASSERT_EQ(wanted.size(), 2);
     EXPECT_TRUE(wanted[0][0].toBool());
     EXPECT_FALSE(wanted[1][0].toBool());
+}
+
+TEST_F(TollivarDlgTest, theListsMenuCopiesDetailsThatAreNotOfferedBack)
+{
+    m_world.add(u"a"_s);
+    CTollivarDlg &window = open();
+    m_list->selectRows({0});
+    Q_EMIT m_list->menuWanted({});
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QAction *copy = menu->actions().last();
+    menu->close();
+    EXPECT_EQ(copy->text(), u"Copy Details"_s);
+    copy->trigger();
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(copied.contains(u"Address: http://site.example/watch/a\n"_s))
+        << copied.toStdString();
+    EXPECT_EQ(window.copiedText(), copied);
 }
 
 } // namespace tollivar::ui
