@@ -14,6 +14,8 @@ enum class AppMessageId : quint32 {
     AddPendingAddress = 0x801A, ///< add the address that a command line brought
     UpdateResult = 0x8028,      ///< result of an update check
     ConversionNews = 0x8032,    ///< a conversion went on (second = 0) or ended (second = 1)
+    PlayerEvents = 0x8033,      ///< inside the player: its core has something to tell
+    PlayerPicture = 0x8034,     ///< inside the player: a picture is drawn
 };
 
 /// Identifiers of the texts that other processes hand to the running program.

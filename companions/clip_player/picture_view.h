@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tollivar::player {
+
+class MediaPlayer;
+
+/// Shows the player's pictures, on black, as large as they fit. Borrows the player.
+class PictureView final : public QWidget {
+    Q_OBJECT
+
+public:
+    PictureView(MediaPlayer &player, QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    MediaPlayer &m_player;
+};
+
+} // namespace tollivar::player
