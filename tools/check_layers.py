@@ -19,6 +19,7 @@ OUTSIDE = {
     r"^canberra\.h$": "PkgConfig::CANBERRA",
     r"^xcb/": "PkgConfig::XCB",
     r"^zip\.h$": "PkgConfig::ZIP",
+    r"^mpv/": "PkgConfig::MPV",
     r"^(QLocalServer|QLocalSocket|QTcp|QUdp|QHost|QNetwork|QSsl|QAbstractSocket)": "Qt6::Network",
     r"^QDBus": "Qt6::DBus",
     r"^(QWidget|QApplication|QDialog|QMainWindow|QPushButton|QStyle|QTableView)": "Qt6::Widgets",

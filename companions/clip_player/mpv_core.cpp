@@ -1,7 +1,8 @@
 #include "companions/clip_player/mpv_core.h"
 
-#include <clocale>
 #include <mpv/client.h>
+
+#include <clocale>
 
 namespace tollivar::player {
 

@@ -1,7 +1,8 @@
 #include "companions/clip_player/mpv_events.h"
 
-#include <iterator>
 #include <mpv/client.h>
+
+#include <iterator>
 
 namespace tollivar::player {
 

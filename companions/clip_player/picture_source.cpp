@@ -1,7 +1,8 @@
 #include "companions/clip_player/picture_source.h"
 
-#include <cstdlib>
 #include <mpv/render.h>
+
+#include <cstdlib>
 
 namespace tollivar::player {
 
