@@ -1,5 +1,7 @@
 #include "platform/auto_reset_event.h"
 
+#include <utility>
+
 namespace tollivar::platform {
 
 void AutoResetEvent::set()

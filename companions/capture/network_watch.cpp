@@ -121,10 +121,14 @@ NetworkWatch::News NetworkWatch::takeRequest(const QString &id, const QJsonObjec
     exchange.request.sent = sentIn(sent[u"headers"].toObject());
     exchange.isGet = sent[u"method"].toString() == u"GET";
     m_underWay.insert(id);
+    News news = News::Traffic;
     if (const auto early = std::exchange(exchange.early, std::nullopt)) {
-        return takeResponse(id, *early);
+        news = takeResponse(id, *early);
     }
-    return News::Traffic;
+    if (const auto end = std::exchange(exchange.earlyEnd, std::nullopt)) {
+        takeEnd(id, *end);
+    }
+    return news;
 }
 
 NetworkWatch::News NetworkWatch::takeWireHeaders(const QString &id, const QJsonObject &headers)
@@ -178,7 +182,9 @@ void NetworkWatch::takeEnd(const QString &id, HowEnded how)
         return;
     }
     WatchedRequest &request = found->second.request;
-    if (request.status == 0) {
+    if (found->second.early) {
+        found->second.earlyEnd = how;
+    } else if (request.status == 0) {
         m_exchanges.erase(found);
     } else if (request.status == 200 && !request.length && how == HowEnded::Whole) {
         request.length = found->second.received;

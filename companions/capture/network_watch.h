@@ -67,6 +67,8 @@ private:
         bool isGet = false;
         /// An answer that came before its request was told of.
         std::optional<Response> early{};
+        /// And how it ended, when it even ended before that.
+        std::optional<HowEnded> earlyEnd{};
     };
 
     News takeRequest(const QString &id, const QJsonObject &event);

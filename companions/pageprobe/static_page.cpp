@@ -186,7 +186,7 @@ private:
         const QString address = url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment);
         const MediaKind told = kindOf(type, address);
         const MediaKind kind = told == MediaKind::None && type.isEmpty() ? fallback : told;
-        if (kind == MediaKind::None || url.host().isEmpty() || !m_known.insert(address).second) {
+        if (!isMedium(kind) || url.host().isEmpty() || !m_known.insert(address).second) {
             return;
         }
         m_named.push_back({.medium = {.address = address,

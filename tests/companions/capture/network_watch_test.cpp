@@ -232,6 +232,31 @@ TEST_F(NetworkWatchTest, anAnswerToNothingIsIgnored)
     EXPECT_TRUE(m_watch.candidates().empty());
 }
 
+TEST_F(NetworkWatchTest, anAnswerThatOvertakesItsRequestIsNotLost)
+{
+    EXPECT_EQ(respond("1", "http://h/clip.mp4"), News::Traffic);
+    EXPECT_TRUE(m_watch.candidates().empty());
+    EXPECT_EQ(request("1", "http://h/clip.mp4"), News::Candidate);
+    EXPECT_EQ(only().address, u"http://h/clip.mp4");
+    EXPECT_EQ(only().length, 1000);
+    EXPECT_EQ(only().sent.agent, u"asked");
+    EXPECT_TRUE(m_watch.isBusy());
+    end("1");
+    EXPECT_FALSE(m_watch.isBusy());
+}
+
+TEST_F(NetworkWatchTest, aWholeExchangeThatOvertakesItsRequestIsNotLost)
+{
+    wire("1", R"({"Cookie":"a=1"})");
+    respond("1", "http://h/clip.mp4", "video/mp4", "{}");
+    data("1", "700");
+    end("1");
+    EXPECT_EQ(request("1", "http://h/clip.mp4"), News::Candidate);
+    EXPECT_EQ(only().length, 700);
+    EXPECT_EQ(only().sent.cookies, u"a=1");
+    EXPECT_FALSE(m_watch.isBusy());
+}
+
 TEST_F(NetworkWatchTest, hostileValuesAreSurvived)
 {
     request("1", "http://h/clip.mp4");

@@ -102,6 +102,13 @@ INSTANTIATE_TEST_SUITE_P(
         PageCase{"sameTwice", "<video src=clip.mp4><a href='./clip.mp4'>", kClip},
         PageCase{"pictures", "<img src=a.png><a href=a.jpg><source srcset=a.webp type=image/webp>",
                  ""},
+        PageCase{"playlists",
+                 "<video src=a.m3u8></video><source src='/list' type='application/x-mpegURL'>"
+                 "<a href=a.mpd><meta property=og:video content='list.m3u8?t=1'>",
+                 ""},
+        PageCase{"playlistBesideItsFile", "<video><source src=a.m3u8><source src=clip.mp4></video>",
+                 kClip},
+        PageCase{"partsOfAStream", "<video src=1.ts></video><link rel=preload href=2.m4s>", ""},
         PageCase{"commentedOut", "<!-- <video src=clip.mp4> -->", ""},
         PageCase{"otherSchemes",
                  "<video src='blob:http://site.example/1'></video><video src='data:video/mp4,x'>"
