@@ -5,7 +5,6 @@
 #include "fetch/speed_meter.h"
 #include "fetch/text/media_type.h"
 
-#include <array>
 #include <limits>
 
 namespace tollivar::fetch {
@@ -125,13 +124,12 @@ private:
 StepResult readBody(HttpClient &client, OutputFile &file, Transfer &transfer,
                     platform::AutoResetEvent &stop)
 {
-    std::array<std::byte, kReadSize> buffer = {};
     for (;;) {
         if (stop.poll()) {
             return StepResult::Stopped;
         }
         transfer.reportWhenDue();
-        const ReadResult read = client.read(buffer);
+        const ReadResult read = client.read(file.room(kReadSize));
         if (read.end == ReadEnd::Stopped) {
             continue; // The poll above takes the request back.
         }
@@ -140,7 +138,7 @@ StepResult readBody(HttpClient &client, OutputFile &file, Transfer &transfer,
             return StepResult::Done;
         }
         transfer.count(read.bytes);
-        file.write(std::span(buffer).first(read.bytes));
+        file.filled(read.bytes);
     }
 }
 

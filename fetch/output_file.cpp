@@ -3,13 +3,16 @@
 #include "fetch/text/file_naming.h"
 #include "fetch/text/unique_file.h"
 
+#include <algorithm>
+
 namespace tollivar::fetch {
 
 using tasks::TaskEventCode;
 
 namespace {
 
-constexpr std::size_t kSliceSize = 256UL * 1024;
+/// Larger slices make the system take pages in larger blocks, which it has to fetch from far away.
+constexpr std::size_t kSliceSize = 64UL * 1024;
 
 } // namespace
 
@@ -37,33 +40,49 @@ std::unique_ptr<OutputFile> OutputFile::create(tasks::TaskWorker &worker, tasks:
     return std::unique_ptr<OutputFile>(new OutputFile(std::move(created->file)));
 }
 
-OutputFile::OutputFile(std::unique_ptr<platform::WritableFile> file) : m_file(std::move(file))
+OutputFile::OutputFile(std::unique_ptr<platform::WritableFile> file)
+    : m_file(std::move(file))
+    , m_gathered(kSliceSize + kMaximumPiece)
 {
-    m_gathered.reserve(kSliceSize);
 }
 
 OutputFile::~OutputFile()
 {
-    flush();
+    finish();
 }
 
-void OutputFile::write(std::span<const std::byte> bytes)
+std::span<std::byte> OutputFile::room(std::size_t size)
 {
-    if (m_gathered.size() + bytes.size() > kSliceSize) {
-        flush();
-    }
-    m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
+    return std::span(m_gathered).subspan(m_used, std::min(size, kMaximumPiece));
 }
 
-void OutputFile::flush()
+void OutputFile::filled(std::size_t bytes)
+{
+    m_used += bytes;
+    if (m_used >= kSliceSize) {
+        // Whole slices only, so that no page of the file is touched twice.
+        write(kSliceSize);
+    }
+}
+
+bool OutputFile::finish()
+{
+    write(m_used);
+    return m_isIntact;
+}
+
+void OutputFile::write(std::size_t bytes)
 {
     if (m_isIntact) {
-        m_isIntact = m_file->write(m_gathered);
-        if (!m_isIntact) {
-            qWarning("a downloaded file could not be written to its end");
+        if (const auto written = m_file->write(std::span(m_gathered).first(bytes)); !written) {
+            m_isIntact = false;
+            qWarning("a downloaded file could not be written to its end: %s",
+                     qPrintable(written.error().text));
         }
     }
-    m_gathered.clear();
+    std::copy(m_gathered.begin() + static_cast<std::ptrdiff_t>(bytes),
+              m_gathered.begin() + static_cast<std::ptrdiff_t>(m_used), m_gathered.begin());
+    m_used -= bytes;
 }
 
 } // namespace tollivar::fetch

@@ -14,7 +14,6 @@ using tasks::TaskEventCode;
 
 namespace {
 
-constexpr std::size_t kReadSize = 65'536;
 constexpr milliseconds kProgressInterval{200};
 /// The largest count that does not read as "unknown".
 constexpr double kLargestCount = tasks::kUnknownSize - 1;
@@ -90,12 +89,11 @@ private:
 StepResult play(RtmpSession &session, OutputFile &file, Playback &playback,
                 platform::AutoResetEvent &stop)
 {
-    std::vector<std::byte> buffer(kReadSize);
     for (;;) {
         if (stop.poll()) {
             return StepResult::Stopped;
         }
-        const RtmpRead read = session.read(buffer);
+        const RtmpRead read = session.read(file.room(OutputFile::kMaximumPiece));
         if (stop.poll()) {
             return StepResult::Stopped;
         }
@@ -108,7 +106,7 @@ StepResult play(RtmpSession &session, OutputFile &file, Playback &playback,
         if (read.end != RtmpEnd::None) {
             return StepResult::Done;
         }
-        file.write(std::span(buffer).first(read.bytes));
+        file.filled(read.bytes);
         if (!file.isIntact()) {
             return StepResult::Failed;
         }
@@ -163,7 +161,8 @@ StepResult downloadRtmp(tasks::TaskWorker &worker, tasks::TaskInfo &task,
     }
     const StepResult result = play(**session, *file, playback, worker.stopEvent());
     playback.finish();
-    return result;
+    // The last piece is written only now.
+    return result == StepResult::Done && !file->finish() ? StepResult::Failed : result;
 }
 
 } // namespace tollivar::fetch

@@ -45,8 +45,9 @@ public:
     WritableFile(const WritableFile &) = delete;
     WritableFile &operator=(const WritableFile &) = delete;
 
-    /// True when every byte was written. Blocks on the disk.
-    bool write(std::span<const std::byte> bytes);
+    /// Writes all bytes; blocks on the disk.
+    /// Errors: AskUser, for whatever reason; part of them may be written.
+    [[nodiscard]] Result<void> write(std::span<const std::byte> bytes);
 
 private:
     explicit WritableFile(int handle);

@@ -89,7 +89,7 @@ WritableFile::~WritableFile()
     close(m_handle);
 }
 
-bool WritableFile::write(std::span<const std::byte> bytes)
+Result<void> WritableFile::write(std::span<const std::byte> bytes)
 {
     while (!bytes.empty()) {
         const ssize_t written = ::write(m_handle, bytes.data(), bytes.size());
@@ -97,11 +97,12 @@ bool WritableFile::write(std::span<const std::byte> bytes)
             continue;
         }
         if (written <= 0) {
-            return false;
+            const int code = errno;
+            return failure(ErrorKind::AskUser, systemText(code), code);
         }
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
-    return true;
+    return {};
 }
 
 } // namespace tollivar::platform

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace tollivar::fetch {
 namespace {
 
@@ -274,6 +276,49 @@ TEST_F(FetchWorkerRun, deleteOnStopTakesThePartlyWrittenFileAlong)
     stopAndExpectItAtOnce();
 
     EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("Afine day.mp4"))));
+}
+
+TEST_F(FetchWorkerRun, fiftyDownloadsAtOnceAllCompleteEachWithItsOwnContent)
+{
+    constexpr int kCount = 50;
+    constexpr int kSize = 700'001;
+    const auto nameOf = [](int number) { return QStringLiteral("clip %1").arg(number); };
+    const auto bodyOf = [](int number) {
+        QByteArray body(kSize, Qt::Uninitialized);
+        for (int at = 0; at < kSize; ++at) {
+            body[at] = static_cast<char>(at * (2 * number + 1) + at / 251);
+        }
+        return body;
+    };
+    std::vector<std::shared_ptr<FetchWorker>> workers;
+    std::vector<std::unique_ptr<platform::WorkerThread>> threads;
+    for (int number = 0; number < kCount; ++number) {
+        const QByteArray path = "/clips/" + QByteArray::number(number);
+        m_site.on(path, test::answer(bodyOf(number)));
+        TaskInfo task = m_task;
+        task.nModeLow = static_cast<int>(DownloadMethod::Direct);
+        task.strDownloadUrl = m_site.address(path);
+        task.strOutputName = nameOf(number);
+        workers.push_back(std::make_shared<FetchWorker>());
+        workers.back()->setRecord(task);
+        workers.back()->setState(TaskState::Started);
+        workers.back()->setOwner(m_events.port());
+        workers.back()->setTaskId(static_cast<std::uint32_t>(number));
+        threads.push_back(
+            std::make_unique<platform::WorkerThread>([worker = workers.back()] { worker->run(); }));
+    }
+    for (const auto &thread : threads) {
+        thread->resume();
+    }
+    test::waitUntil("the end of fifty runs", [this] {
+        return std::ranges::count(m_events.events(), TaskEventCode::Completed,
+                                  &test::EventRecorder::Event::code) == kCount;
+    });
+    for (int number = 0; number < kCount; ++number) {
+        EXPECT_EQ(workers[static_cast<std::size_t>(number)]->record().dwDownloadSize, kSize);
+        EXPECT_TRUE(m_sandbox.read(nameOf(number) + QStringLiteral(".flv")) == bodyOf(number))
+            << number;
+    }
 }
 
 } // namespace

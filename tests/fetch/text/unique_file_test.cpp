@@ -96,6 +96,39 @@ TEST(UniqueFile, tasksThatStartTogetherGetDifferentFiles)
     EXPECT_FALSE(paths.contains(QString()));
 }
 
+/// A folder where "clip.mp4" and its alternatives are taken, up to and without that counter.
+void takeNames(const Sandbox &sandbox, int end)
+{
+    sandbox.write(QStringLiteral("clip.mp4"), "taken");
+    for (int counter = 0; counter < end; ++counter) {
+        QFile file(sandbox.file(QStringLiteral("clip(%1).mp4").arg(counter)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+}
+
+TEST(UniqueFile, theLastOfTenThousandNamesIsStillTakenAndNoneAfterIt)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.file(QStringLiteral("clip.mp4"));
+    // The name itself is the first that is tried.
+    constexpr int kLast = kMaximumNameTries - 2;
+    takeNames(sandbox, kLast);
+
+    EXPECT_EQ(freePath(path, TakePath::No), sandbox.file(QStringLiteral("clip(9998).mp4")));
+    const auto file = createUniqueFile(path, FileReuse::No);
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->baseName, QStringLiteral("clip(9998)"));
+
+    const auto none = createUniqueFile(path, FileReuse::No);
+    ASSERT_FALSE(none);
+    EXPECT_EQ(none.error().kind, platform::ErrorKind::AskUser);
+    EXPECT_TRUE(none.error().text.contains(path));
+    EXPECT_FALSE(freePath(path, TakePath::No));
+    EXPECT_FALSE(freePath(path, TakePath::Yes));
+    EXPECT_FALSE(QFile::exists(sandbox.file(QStringLiteral("clip(9999).mp4"))));
+    EXPECT_EQ(sandbox.read(QStringLiteral("clip.mp4")), QByteArray("taken"));
+}
+
 TEST(FreePath, isThePathItselfOrItsFirstFreeAlternative)
 {
     const Sandbox sandbox;
