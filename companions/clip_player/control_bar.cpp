@@ -74,6 +74,7 @@ ControlBar::ControlBar(QWidget *parent) : QWidget(parent)
     m_position = addTime(u"position"_s);
     m_seek = addSlider(u"seek"_s);
     m_duration = addTime(u"duration"_s);
+    row->addSpacing(kSpacing);
     m_mute = addButton(u"mute"_s, &ControlBar::muteWanted);
     m_volume = addSlider(u"volume"_s);
     auto *open = addButton(u"open"_s, &ControlBar::openWanted);

@@ -1,6 +1,7 @@
 #include "companions/clip_player/look.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPalette>
 #include <QStyleFactory>
 
@@ -57,7 +58,12 @@ void wear(QApplication &application)
 QIcon icon(const QString &name)
 {
     loadIcons();
-    return QIcon(u":/clip_player/%1.svg"_s.arg(name));
+    QIcon icon(u":/clip_player/%1.svg"_s.arg(name));
+    const QString off = u":/clip_player/%1-off.svg"_s.arg(name);
+    if (QFile::exists(off)) {
+        icon.addFile(off, {}, QIcon::Disabled);
+    }
+    return icon;
 }
 
 } // namespace tollivar::player::look

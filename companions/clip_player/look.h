@@ -20,7 +20,8 @@ inline constexpr QColor kFocusRing{107, 174, 243, 110};
 /// Makes every window of the program dark, dialogs too. Call once, before the first window.
 void wear(QApplication &application);
 
-/// One of the player's own icons, by the name of its file.
+/// One of the player's own icons, by the name of its file; with "-off" behind the name stands how it
+/// looks on what is switched off, where that ever happens.
 [[nodiscard]] QIcon icon(const QString &name);
 
 } // namespace tollivar::player::look

@@ -33,10 +33,10 @@ PlayerWindow::PlayerWindow(MediaPlayer &player)
     , m_message(new MessagePage(this))
     , m_bar(new ControlBar(this))
 {
-    constexpr QSize kFirstSize{960, 596};
+    constexpr QSize kFirstPicture{960, 540};
     constexpr QSize kSmallest{480, 200};
     constexpr int kHideAfterMs = 2'500;
-    resize(kFirstSize);
+    resize(kFirstPicture.grownBy({0, 0, 0, m_bar->sizeHint().height()}));
     setMinimumSize(kSmallest);
     setAcceptDrops(true);
     // Else the first button would have the focus, and Space would be its own.

@@ -1,5 +1,11 @@
 // Draws every window with made-up tasks and saves the pictures: screenshots FOLDER [LANGUAGE].
 
+#include "companions/clip_player/look.h"
+#include "companions/clip_player/media_player.h"
+#include "companions/clip_player/player_window.h"
+#include "tests/support/rtmp_server.h"
+#include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
 #include "tests/ui/window_world.h"
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/add_task_dlg.h"
@@ -153,17 +159,64 @@ void saveDialogs(const QString &folder, const QString &language)
     save(about, folder, u"about"_s);
 }
 
+/// A sun over the sea, for ffmpeg to draw: one picture, shown for as long as is wanted.
+const QString kHarbour =
+    u"color=black:size=960x540:rate=1,format=gbrp,"
+    "geq=r='st(0,gt(Y,350));st(1,min(Y/350,1));"
+    "st(2,exp(-(pow(X-620,2)+pow(Y-330,2))/30000));st(3,lt(hypot(X-620,Y-330),52)*lt(Y,350));"
+    "st(4,ld(0)*exp(-pow((X-620)/(46+(Y-350)*0.55),2))*(0.6+0.4*sin(Y*0.4+1.5*sin(X*0.05))));"
+    "clip((1-ld(0)*0.78)*(28+205*pow(ld(1),2.2))+70*ld(2)+90*ld(3)+120*ld(4),0,255)':"
+    "g='st(0,gt(Y,350));st(1,min(Y/350,1));"
+    "st(2,exp(-(pow(X-620,2)+pow(Y-330,2))/30000));st(3,lt(hypot(X-620,Y-330),52)*lt(Y,350));"
+    "st(4,ld(0)*exp(-pow((X-620)/(46+(Y-350)*0.55),2))*(0.6+0.4*sin(Y*0.4+1.5*sin(X*0.05))));"
+    "clip((1-ld(0)*0.7)*(42+112*pow(ld(1),1.6))+48*ld(2)+90*ld(3)+85*ld(4),0,255)':"
+    "b='st(0,gt(Y,350));st(1,min(Y/350,1));"
+    "st(2,exp(-(pow(X-620,2)+pow(Y-330,2))/30000));st(3,lt(hypot(X-620,Y-330),52)*lt(Y,350));"
+    "st(4,ld(0)*exp(-pow((X-620)/(46+(Y-350)*0.55),2))*(0.6+0.4*sin(Y*0.4+1.5*sin(X*0.05))));"
+    "clip((1-ld(0)*0.4)*(88+42*ld(1))+10*ld(2)+40*ld(3)+45*ld(4),0,255)',"
+    "trim=end_frame=1,loop=loop=-1:size=1,setpts=N/TB"_s;
+
+void savePlayer(QApplication &application, const QString &folder)
+{
+    constexpr double kMoment = 23;
+    const test::Sandbox sandbox;
+    const QString clip = sandbox.file(u"Harbour at dawn.mp4"_s);
+    test::runToEnd({u"ffmpeg"_s, u"-nostdin"_s, u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s,
+                    kHarbour, u"-t"_s, u"75"_s, u"-g"_s, u"1"_s, u"-crf"_s, u"12"_s, clip});
+    player::look::wear(application);
+    auto core = player::createCore();
+    if (!core) {
+        qFatal("%s", qPrintable(core.error().text));
+    }
+    player::MediaPlayer mediaPlayer(std::move(*core));
+    player::PlayerWindow window(mediaPlayer);
+    const player::PlayerState &state = mediaPlayer.state();
+    window.show();
+    save(window, folder, u"player-empty"_s);
+    window.open(clip);
+    test::waitUntil("the clip plays", [&] { return state.position.has_value(); });
+    mediaPlayer.seekTo(kMoment);
+    test::waitUntil("the moment", [&] { return state.position.value_or(0) >= kMoment; });
+    save(window, folder, u"player"_s);
+    window.open(sandbox.write(u"Half a download.flv"_s, "words"));
+    test::waitUntil("the sentence", [&] { return state.status == player::PlayerStatus::Failed; });
+    save(window, folder, u"player-failed"_s);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const QApplication application(argc, argv);
+    QApplication application(argc, argv);
     const QString folder = QApplication::arguments().value(1, u"."_s);
     const QString language = QApplication::arguments().value(2);
     QDir().mkpath(folder);
     test::useDefaultSkin();
     saveMain(folder, language);
     saveDialogs(folder, language);
+    if (language.isEmpty()) {
+        savePlayer(application, folder);
+    }
     for (const auto &problem : DuiLib::CPaintManagerUI::takeProblems()) {
         qFatal("%s", qPrintable(problem.toString()));
     }
