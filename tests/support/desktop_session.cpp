@@ -2,7 +2,7 @@
 
 #include "tests/support/wait_until.h"
 
-#include <QDir>
+#include <QMap>
 #include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
@@ -52,7 +52,7 @@ DesktopSession::DesktopSession(const Sandbox &sandbox)
 
 DesktopSession::~DesktopSession()
 {
-    for (QProcess *process : {&m_manager, &m_server}) {
+    for (QProcess *process : {&m_copier, &m_tray, &m_manager, &m_server}) {
         process->kill();
         process->waitForFinished();
     }
@@ -88,6 +88,76 @@ QString DesktopSession::waitForWindow(const QString &title) const
         return !found.isEmpty();
     });
     return found;
+}
+
+void DesktopSession::startTray()
+{
+    start(m_tray, QStringLiteral("trayer"),
+          {QStringLiteral("--edge"), QStringLiteral("bottom"), QStringLiteral("--align"),
+           QStringLiteral("left"), QStringLiteral("--widthtype"), QStringLiteral("percent"),
+           QStringLiteral("--width"), QStringLiteral("100"), QStringLiteral("--height"),
+           QStringLiteral("40"), QStringLiteral("--SetDockType"), QStringLiteral("true"),
+           QStringLiteral("--SetPartialStrut"), QStringLiteral("true")});
+    waitUntil("the tray's place", [this] {
+        QProcess tool;
+        tool.start(QStringLiteral("xprop"),
+                   {QStringLiteral("-root"), QStringLiteral("_NET_WORKAREA")});
+        return tool.waitForFinished(kLimitMs) && tool.readAllStandardOutput().contains(" 984");
+    });
+}
+
+QString DesktopSession::active() const
+{
+    return QString::fromLatin1(ask({QStringLiteral("getactivewindow")}));
+}
+
+QByteArray DesktopSession::property(const QString &window, const QString &name) const
+{
+    QProcess tool;
+    tool.start(QStringLiteral("xprop"), {QStringLiteral("-id"), window, name});
+    EXPECT_TRUE(tool.waitForFinished(kLimitMs));
+    return tool.readAllStandardOutput().trimmed();
+}
+
+QRect DesktopSession::place(const QString &window) const
+{
+    QMap<QByteArray, int> values;
+    const auto lines =
+        ask({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window}).split('\n');
+    for (const QByteArray &line : lines) {
+        const auto parts = line.split('=');
+        values.insert(parts.value(0), parts.value(1).toInt());
+    }
+    return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
+}
+
+void DesktopSession::doubleClick(QPoint place) const
+{
+    act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
+         QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
+         QStringLiteral("--delay"), QStringLiteral("50"), QStringLiteral("1")});
+}
+
+void DesktopSession::drag(QPoint place, QPoint way) const
+{
+    constexpr int kSteps = 10;
+    act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
+         QStringLiteral("mousedown"), QStringLiteral("1")});
+    for (int step = 1; step <= kSteps; ++step) {
+        const QPoint next = place + way * step / kSteps;
+        act({QStringLiteral("mousemove"), QString::number(next.x()), QString::number(next.y())});
+    }
+    act({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+void DesktopSession::copy(const QString &text)
+{
+    m_copier.kill();
+    m_copier.waitForFinished();
+    start(m_copier, QStringLiteral("xclip"),
+          {QStringLiteral("-quiet"), QStringLiteral("-selection"), QStringLiteral("clipboard")});
+    m_copier.write(text.toUtf8());
+    m_copier.closeWriteChannel();
 }
 
 void DesktopSession::press(const QString &window, const QString &keys) const

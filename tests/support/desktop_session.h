@@ -3,6 +3,7 @@
 #include "tests/support/sandbox.h"
 
 #include <QProcess>
+#include <QRect>
 #include <QStringList>
 
 namespace tollivar::test {
@@ -30,9 +31,26 @@ public:
     /// Gives that window the keyboard, then types keys such as "alt+d".
     void press(const QString &window, const QString &keys) const;
 
+    /// A notification area at the lower edge, which keeps other windows off it.
+    void startTray();
+    /// The window that has the keyboard.
+    [[nodiscard]] QString active() const;
+    /// A property of a window as xprop shows it.
+    [[nodiscard]] QByteArray property(const QString &window, const QString &name) const;
+    /// Where the window lies, in pixels of the screen.
+    [[nodiscard]] QRect place(const QString &window) const;
+    /// Moves the pointer there and presses the left button twice, quickly.
+    void doubleClick(QPoint place) const;
+    /// The same once, and moves the pointer by `way` before letting the button go.
+    void drag(QPoint place, QPoint way) const;
+    /// Another program copies this.
+    void copy(const QString &text);
+
 private:
     QProcess m_server;
     QProcess m_manager;
+    QProcess m_tray;
+    QProcess m_copier;
     QByteArray m_oldDisplay;
     QByteArray m_oldPlatform;
 };

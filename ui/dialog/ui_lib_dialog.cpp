@@ -2,6 +2,7 @@
 
 #include "platform/compositor.h"
 #include "ui/dialog/window_frame.h"
+#include "ui/skin/text_ui.h"
 #include "ui/skin/window_ctrl_ui.h"
 
 #include <QApplication>
@@ -9,6 +10,9 @@
 #include <QPainterPath>
 #include <QScreen>
 #include <QTimer>
+
+#include <algorithm>
+#include <utility>
 
 namespace tollivar::ui {
 
@@ -52,6 +56,10 @@ void CUILibDialog::createFace(const QString &skinFile,
     DuiLib::CDialogBuilder::Create(skinFile, required, *this, m_manager);
     m_manager.AddNotifier(*this);
     resize(m_manager.GetInitSize());
+    if (auto *caption =
+            qobject_cast<DuiLib::CTextUI *>(m_manager.FindControl(QStringLiteral("textCaption")))) {
+        setWindowTitle(caption->accessibleName());
+    }
     auto *frame = new WindowFrame(*this, m_manager);
     connect(frame, &WindowFrame::captionDoubleClicked, this, &CUILibDialog::toggleMaximised);
     layout()->activate();
@@ -114,6 +122,28 @@ void CUILibDialog::resizeEvent(QResizeEvent *event)
     if (!isMinimized()) {
         clipCorners();
     }
+}
+
+void CUILibDialog::showEvent(QShowEvent *event)
+{
+    if (!std::exchange(m_isPlaced, true)) {
+        placeOverOwner();
+    }
+    QDialog::showEvent(event);
+}
+
+void CUILibDialog::placeOverOwner()
+{
+    const QWidget *owner = parentWidget() == nullptr ? nullptr : parentWidget()->window();
+    if (owner == nullptr || !owner->isVisible() || owner->isMinimized()) {
+        return;
+    }
+    const QRect area = owner->screen()->availableGeometry();
+    QRect place(QPoint(), size());
+    place.moveCenter(owner->geometry().center());
+    place.moveRight(std::min(place.right(), area.right()));
+    place.moveBottom(std::min(place.bottom(), area.bottom()));
+    move(std::max(place.left(), area.left()), std::max(place.top(), area.top()));
 }
 
 void CUILibDialog::clipCorners()

@@ -53,12 +53,16 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void clipCorners();
+    /// Over the middle of its owner, all of it on the screen; later the person's own place counts.
+    void placeOverOwner();
     void fillWorkArea();
 
     DuiLib::CPaintManagerUI m_manager;
+    bool m_isPlaced = false;
 };
 
 } // namespace tollivar::ui

@@ -1,6 +1,7 @@
 #include "ui/drop_zone/drag_dlg.h"
 
 #include "fetch/text/site_url.h"
+#include "platform/build_config.h"
 
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -47,6 +48,8 @@ CDragDlg::CDragDlg(platform::AppMessagePort owner)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setAcceptDrops(true);
+    // It has no caption; screen readers and window lists tell it by this.
+    setWindowTitle(platform::build::kProductName + u" Drop Zone"_s);
     constexpr std::chrono::milliseconds kRest{500};
     m_moveEnd = new QTimer(this);
     m_moveEnd->setSingleShot(true);

@@ -72,7 +72,7 @@ TEST_F(AddTaskDlgTest, opensWithTheLastFolderAndTheConversionHidden)
     EXPECT_EQ(find<QLineEdit>(u"editOutputFolder"_s).text(), m_world.sandbox().path());
     EXPECT_EQ(find<QLineEdit>(u"editURL"_s).text(), u"http://a/"_s);
     EXPECT_FALSE(find<QWidget>(u"convertOptions"_s).isVisible());
-    EXPECT_EQ(dialog.height(), 280);
+    EXPECT_EQ(dialog.height(), 292);
     EXPECT_EQ(find<QToolButton>(u"btnMore"_s).text(), u"More>>"_s);
 }
 
@@ -82,11 +82,11 @@ TEST_F(AddTaskDlgTest, moreShowsTheConversionAndLessHidesIt)
     const QPoint place = dialog.pos();
     click(u"btnMore"_s);
     EXPECT_TRUE(find<QWidget>(u"convertOptions"_s).isVisible());
-    EXPECT_EQ(dialog.height(), 440);
+    EXPECT_EQ(dialog.height(), 452);
     EXPECT_EQ(find<QToolButton>(u"btnMore"_s).text(), u"Less<<"_s);
     click(u"btnMore"_s);
     EXPECT_FALSE(find<QWidget>(u"convertOptions"_s).isVisible());
-    EXPECT_EQ(dialog.height(), 280);
+    EXPECT_EQ(dialog.height(), 292);
     EXPECT_EQ(dialog.width(), 600);
     EXPECT_EQ(dialog.pos(), place);
 }

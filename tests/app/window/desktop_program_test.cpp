@@ -1,0 +1,235 @@
+#include "app/data_directory.h"
+#include "settings/settings_store.h"
+#include "tests/support/desktop_session.h"
+#include "tests/support/http_site.h"
+#include "tests/support/program_run.h"
+#include "tests/support/wait_until.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace tollivar::app {
+namespace {
+
+using namespace Qt::StringLiterals;
+using test::ProgramRun;
+
+const QString kMainWindow = u"^Tollivar$"_s;
+const QString kDropZone = u"^Tollivar Drop Zone$"_s;
+const QString kPopup = u"^Download completed$"_s;
+const QString kAddTask = u"^Add Task$"_s;
+
+/// The built program on a desktop with a window manager.
+class ProgramOnDesktop : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_sandbox.file(u"data"_s)));
+        qputenv("XDG_STATE_HOME", QFile::encodeName(m_sandbox.file(u"state"_s)));
+        const auto paths = setUpData();
+        ASSERT_TRUE(paths);
+        m_settings = std::make_unique<settings::SettingsStore>(paths->settings);
+        m_settings->setFlag(settings::keys::kNoRemindFlashVersion, true);
+        m_settings->setNumber(settings::keys::kCheckUpdate, 3);
+    }
+    void TearDown() override
+    {
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("XDG_STATE_HOME");
+    }
+
+    /// Starts the program and waits for its window.
+    QString start()
+    {
+        m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
+        return m_desktop.waitForWindow(kMainWindow);
+    }
+    void end()
+    {
+        m_program->signal(SIGTERM);
+        EXPECT_EQ(m_program->finish(), 0);
+    }
+    bool isShown(const QString &title) const { return !m_desktop.window(title).isEmpty(); }
+    void waitUntilGone(const QString &title) const
+    {
+        test::waitUntil("a window to go", [&] { return !isShown(title); });
+    }
+    void waitUntilActive(const QString &window) const
+    {
+        test::waitUntil("the keyboard", [&] { return m_desktop.active() == window; });
+    }
+    /// A second start, as by the desktop's menu.
+    void startAgain(const QStringList &arguments = {}) const
+    {
+        ProgramRun second(m_sandbox, u"Tollivar"_s, arguments);
+        EXPECT_EQ(second.finish(), 0);
+    }
+    /// Hands a finished download of a few bytes to the running program.
+    void download(const QByteArray &path)
+    {
+        m_site.on(path, test::answer("12345"));
+        ProgramRun terminal(m_sandbox, u"tollivar-cli"_s,
+                            {u"download"_s, u"--mode"_s, u"direct"_s, u"--folder"_s, u"out"_s,
+                             m_site.address(path)});
+        EXPECT_EQ(terminal.finish(), 0);
+    }
+
+    test::Sandbox m_sandbox;
+    test::DesktopSession m_desktop{m_sandbox};
+    test::HttpSite m_site;
+    std::unique_ptr<settings::SettingsStore> m_settings;
+    std::unique_ptr<ProgramRun> m_program;
+};
+
+TEST_F(ProgramOnDesktop, theWindowComesUpWithTheKeyboard)
+{
+    waitUntilActive(start());
+    end();
+}
+
+TEST_F(ProgramOnDesktop, aSecondStartBringsTheMinimizedWindowBack)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.act({u"windowminimize"_s, u"--sync"_s, window});
+    waitUntilGone(kMainWindow);
+    startAgain();
+    EXPECT_EQ(m_desktop.waitForWindow(kMainWindow), window);
+    waitUntilActive(window);
+    end();
+}
+
+TEST_F(ProgramOnDesktop, withoutANotificationAreaClosingMinimizesAndSaysSoOnce)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.press(window, u"alt+F4"_s);
+    // The note stands over the window, and has its name.
+    test::waitUntil("the note", [&] { return m_desktop.active() != window; });
+    m_desktop.act({u"key"_s, u"Return"_s});
+    test::waitUntil("the icon",
+                    [&] { return m_desktop.property(window, u"WM_STATE"_s).contains("Iconic"); });
+    startAgain();
+    waitUntilActive(window);
+    m_desktop.press(window, u"alt+F4"_s);
+    test::waitUntil("the icon, without a word",
+                    [&] { return m_desktop.property(window, u"WM_STATE"_s).contains("Iconic"); });
+    end();
+}
+
+TEST_F(ProgramOnDesktop, withANotificationAreaClosingHidesAndTheIconBringsTheWindowBack)
+{
+    m_desktop.startTray();
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.press(window, u"alt+F4"_s);
+    test::waitUntil("the window to be hidden",
+                    [&] { return !m_desktop.property(window, u"WM_STATE"_s).contains("Normal"); });
+    m_desktop.doubleClick({11, 1'004});
+    waitUntilActive(m_desktop.waitForWindow(kMainWindow));
+    end();
+}
+
+TEST_F(ProgramOnDesktop, thePopupTakesNoKeyboardAndKeepsOffPanels)
+{
+    m_desktop.startTray();
+    const QString window = start();
+    waitUntilActive(window);
+    download("/one.mp4");
+    const QString popup = m_desktop.waitForWindow(kPopup);
+    constexpr int kPanelTop = 984;
+    test::waitUntil("the whole popup", [&] {
+        const QRect place = m_desktop.place(popup);
+        return place.isValid() && place.bottom() < kPanelTop;
+    });
+    EXPECT_EQ(m_desktop.active(), window);
+    waitUntilGone(kPopup);
+    EXPECT_EQ(m_desktop.active(), window);
+    end();
+}
+
+TEST_F(ProgramOnDesktop, theDropZoneStaysAboveAndWhereItWasPut)
+{
+    waitUntilActive(start());
+    const QString zone = m_desktop.waitForWindow(kDropZone);
+    EXPECT_TRUE(m_desktop.property(zone, u"_NET_WM_STATE"_s).contains("ABOVE"));
+    const QPoint before = m_desktop.place(zone).center();
+    m_desktop.drag(before, {-300, 200});
+    test::waitUntil("the stored place",
+                    [&] { return !m_settings->text(settings::keys::kDropZonePlace).isEmpty(); });
+    const QRect moved = m_desktop.place(zone);
+    EXPECT_GT((moved.center() - before).manhattanLength(), 100);
+    end();
+    waitUntilActive(start());
+    const QString again = m_desktop.waitForWindow(kDropZone);
+    test::waitUntil("its place", [&] { return m_desktop.place(again) == moved; });
+    end();
+}
+
+TEST_F(ProgramOnDesktop, aWatchPageThatAnotherProgramCopiesIsOffered)
+{
+    waitUntilActive(start());
+    m_desktop.copy(u"http://www.youtube.com/watch?v=abcdefghijk"_s);
+    static_cast<void>(m_desktop.waitForWindow(kAddTask));
+    end();
+}
+
+TEST_F(ProgramOnDesktop, enterAndEscapeDoNotCloseTheMainWindow)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.press(window, u"Escape"_s);
+    m_desktop.press(window, u"Return"_s);
+    // A key whose effect shows comes after both.
+    m_desktop.press(window, u"ctrl+n"_s);
+    static_cast<void>(m_desktop.waitForWindow(kAddTask));
+    EXPECT_TRUE(isShown(kMainWindow));
+    end();
+}
+
+TEST_F(ProgramOnDesktop, theCaptionMovesTheWindowAndADoubleClickMaximizesItOffThePanel)
+{
+    m_desktop.startTray();
+    const QString window = start();
+    waitUntilActive(window);
+    const QRect before = m_desktop.place(window);
+    const QPoint caption = before.topLeft() + QPoint(before.width() / 2, 14);
+    m_desktop.drag(caption, {50, 50});
+    test::waitUntil("another place",
+                    [&] { return m_desktop.place(window).topLeft() != before.topLeft(); });
+    const QPoint moved = m_desktop.place(window).topLeft() + QPoint(before.width() / 2, 14);
+    m_desktop.doubleClick(moved);
+    test::waitUntil("the work area",
+                    [&] { return m_desktop.place(window) == QRect(0, 0, 1'280, 984); });
+    end();
+}
+
+TEST_F(ProgramOnDesktop, theEdgesResizeTheWindow)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    const QRect before = m_desktop.place(window);
+    m_desktop.drag({before.right() - 1, before.center().y()}, {60, 0});
+    test::waitUntil("another width",
+                    [&] { return m_desktop.place(window).width() > before.width(); });
+    EXPECT_EQ(m_desktop.place(window).height(), before.height());
+    EXPECT_EQ(m_desktop.place(window).topLeft(), before.topLeft());
+    end();
+}
+
+TEST_F(ProgramOnDesktop, aDialogStandsOverTheMiddleOfItsWindow)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.press(window, u"ctrl+n"_s);
+    const QString dialog = m_desktop.waitForWindow(kAddTask);
+    test::waitUntil("the middle", [&] {
+        const QPoint apart = m_desktop.place(dialog).center() - m_desktop.place(window).center();
+        return apart.manhattanLength() <= 4;
+    });
+    end();
+}
+
+} // namespace
+} // namespace tollivar::app
