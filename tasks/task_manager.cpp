@@ -19,6 +19,12 @@ bool isStopping(TaskState state)
     return state == TaskState::Stopping || state == TaskState::StoppingToRestart;
 }
 
+/// True from the start of a run until the manager has heard how it ended.
+bool hasRun(TaskState state)
+{
+    return isRunning(state) || isStopping(state);
+}
+
 /// The downloaded file, and only one that this task made.
 void deleteFileOf(const TaskInfo &record)
 {
@@ -234,27 +240,32 @@ void TaskManager::removeTasks(const std::vector<int> &rows, FileOnRemoval file)
 {
     reapEndedThreads(); // A task whose run has ended is idle, whether or not another event came.
     std::vector<std::shared_ptr<Task>> leaving;
+    std::vector<std::shared_ptr<Task>> idle;
     leaving.reserve(rows.size());
     for (const int row : rows) {
         const auto task = findAt(row);
-        if (task && task->worker->state() != TaskState::Removed) {
-            takeOut(*task, file);
-            leaving.push_back(task);
+        if (!task || task->worker->state() == TaskState::Removed) {
+            continue;
         }
+        // The last thread of a running one takes its worker along; the stored row stays. A thread
+        // that has told how its run ended touches neither row nor file any more.
+        if (task->threadCount == 0 || !hasRun(task->worker->state())) {
+            idle.push_back(task);
+        }
+        takeOut(*task, file);
+        leaving.push_back(task);
     }
     if (leaving.empty()) {
         return;
     }
     m_rows.remove(leaving);
-    // The last thread of a running one takes its worker along; the stored row stays.
-    std::erase_if(leaving, [](const auto &task) { return task->threadCount > 0; });
     if (file == FileOnRemoval::Delete) {
-        for (const auto &task : leaving) {
+        for (const auto &task : idle) {
             deleteFileOf(task->worker->record());
         }
     }
     m_database.inTransaction([&] {
-        for (const auto &task : leaving) {
+        for (const auto &task : idle) {
             m_database.DeleteTask(task->storedRow);
         }
     });
@@ -414,6 +425,7 @@ void TaskManager::shutDown()
     m_tasks.clear();
     m_runs.clear();
     m_waitingCount = 0;
+    m_completedCount = 0;
 }
 
 std::shared_ptr<TaskManager::Task> TaskManager::find(std::uint32_t id) const

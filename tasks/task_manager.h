@@ -23,7 +23,8 @@ enum class TaskFilter : std::uint32_t { None = 0, All = 1, Downloaded = 2, Downl
 /// Whether a task is stored by being added, or comes from the store.
 enum class TaskOrigin { New, Stored };
 
-/// Where a task that is started stands afterwards.
+/// Where a task that is started stands afterwards. Only one that rests is moved: what a run has
+/// told under the old id would reach nobody.
 enum class Placement { Keep, MoveToEnd };
 
 /// What starting a task led to.

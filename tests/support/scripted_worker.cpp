@@ -30,6 +30,8 @@ void ScriptedWorker::run()
         setRecord(task);
     }
     post(code);
+    lock.lock();
+    m_changed.wait(lock, [&] { return isStopped || !m_lingers; });
 }
 
 void ScriptedWorker::endWith(TaskEventCode code)
@@ -49,6 +51,12 @@ void ScriptedWorker::ignoreStop()
 {
     const std::lock_guard lock(m_mutex);
     m_ignoresStop = true;
+}
+
+void ScriptedWorker::linger()
+{
+    const std::lock_guard lock(m_mutex);
+    m_lingers = true;
 }
 
 } // namespace tollivar::test

@@ -22,6 +22,8 @@ public:
     [[nodiscard]] int runCount() const;
     /// If set, a stop request is not answered by the run itself: only endWith() ends it.
     void ignoreStop();
+    /// If set, a run that has posted its end still lives until its stop event is set.
+    void linger();
 
 private:
     mutable std::mutex m_mutex;
@@ -29,6 +31,7 @@ private:
     std::deque<tasks::TaskEventCode> m_ends;
     int m_runCount = 0;
     bool m_ignoresStop = false;
+    bool m_lingers = false;
 };
 
 } // namespace tollivar::test

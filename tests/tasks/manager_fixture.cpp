@@ -17,7 +17,9 @@ ManagerTest::ManagerTest()
         if (outcome == EventOutcome::FollowUp) {
             m_recorder->record(message.first, message.second);
         }
-        m_ends += endsRun(eventCodeOf(message.first)) ? 1 : 0;
+        if (endsRun(eventCodeOf(message.first))) {
+            m_endedTasks.push_back(taskIdOf(message.first));
+        }
     });
 }
 
@@ -25,8 +27,13 @@ void ManagerTest::begin(const TaskManagerOptions &options)
 {
     m_recorder.reset();
     m_manager = std::make_unique<TaskManager>(
-        *m_database, [] { return std::make_shared<test::ScriptedWorker>(); }, m_inbox->port(),
-        options);
+        *m_database,
+        [this] {
+            auto worker = std::make_shared<test::ScriptedWorker>();
+            m_made.push_back(worker);
+            return worker;
+        },
+        m_inbox->port(), options);
     m_recorder = std::make_unique<TaskRecorder>(*m_manager, *m_database, m_clock);
     m_manager->setFilter(TaskFilter::All);
 }
@@ -60,14 +67,14 @@ StopOutcome ManagerTest::stop(std::uint32_t id)
 
 void ManagerTest::end(std::uint32_t id, TaskEventCode code)
 {
-    const int before = m_ends;
+    const std::size_t before = m_endedTasks.size();
     worker(id).endWith(code);
     waitForEnds(before + 1);
 }
 
-void ManagerTest::waitForEnds(int count)
+void ManagerTest::waitForEnds(std::size_t count)
 {
-    test::waitUntil("the end of a run", [this, count] { return m_ends >= count; });
+    test::waitUntil("the end of a run", [this, count] { return m_endedTasks.size() >= count; });
 }
 
 TaskState ManagerTest::state(std::uint32_t id) const

@@ -28,7 +28,7 @@ protected:
     /// Ends the task's run and waits until the manager has heard of it.
     void end(std::uint32_t id, TaskEventCode code);
     /// Waits until that many ending events have reached the manager.
-    void waitForEnds(int count);
+    void waitForEnds(std::size_t count);
     [[nodiscard]] TaskState state(std::uint32_t id) const;
     [[nodiscard]] test::ScriptedWorker &worker(std::uint32_t id) const;
     [[nodiscard]] std::vector<std::uint32_t> shown() const;
@@ -41,7 +41,10 @@ protected:
     std::unique_ptr<TaskManager> m_manager;
     std::unique_ptr<TaskRecorder> m_recorder;
     std::vector<EventOutcome> m_outcomes;
-    int m_ends = 0;
+    /// Every worker that was made, in order; the manager owns them.
+    std::vector<std::weak_ptr<test::ScriptedWorker>> m_made;
+    /// The task of each ending event that has reached the manager.
+    std::vector<std::uint32_t> m_endedTasks;
 };
 
 } // namespace tollivar::tasks

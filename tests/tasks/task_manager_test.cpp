@@ -56,6 +56,7 @@ TEST_F(ManagerTest, aTaskThatIsStartedWhileItStopsRunsAgainAtTheEndOfItsRun)
 
     EXPECT_EQ(state(id), TaskState::Started);
     EXPECT_EQ(m_manager->runningCount(), 1);
+    worker(id).endWith(TaskEventCode::Stopped); // It still ignores the stop at the end.
 }
 
 TEST_F(ManagerTest, aRestartCanBeCalledOff)
@@ -172,6 +173,31 @@ TEST_F(ManagerTest, movingToTheEndGivesANewIdAndTheLastRow)
     EXPECT_EQ(shown(), Ids{ids[1]});
 }
 
+TEST_F(ManagerTest, aCompletedTaskIsStartedAgainAtTheEndUnderANewId)
+{
+    begin();
+    const Ids ids = {addCompleted(), addCompleted(), add()};
+    const RowId row = m_manager->storedRowOf(ids[0]);
+    m_manager->setFilter(TaskFilter::Downloaded);
+
+    EXPECT_EQ(start(ids[0], Placement::MoveToEnd), StartOutcome::Started);
+
+    EXPECT_EQ(shown(), Ids{ids[1]});
+    EXPECT_EQ(m_manager->completedCount(), 1);
+    EXPECT_EQ(m_manager->worker(ids[0]), nullptr);
+    const std::uint32_t moved = m_manager->allTasks().back();
+    EXPECT_GT(moved, ids[2]);
+    EXPECT_EQ(m_manager->storedRowOf(moved), row);
+    EXPECT_EQ(stored().front().task.nCompletedStatus, 0);
+
+    m_manager->setFilter(TaskFilter::All);
+    EXPECT_EQ(shown(), (Ids{ids[1], ids[2], moved}));
+    end(moved, TaskEventCode::Completed);
+    EXPECT_EQ(state(moved), TaskState::Completed);
+    EXPECT_EQ(m_manager->completedCount(), 2);
+    EXPECT_EQ(stored().front().task.nCompletedStatus, 1);
+}
+
 TEST_F(ManagerTest, removingAnIdleTaskTakesFileAndRow)
 {
     begin();
@@ -186,6 +212,25 @@ TEST_F(ManagerTest, removingAnIdleTaskTakesFileAndRow)
     EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("clip.flv"))));
     EXPECT_TRUE(stored().empty());
     EXPECT_EQ(m_manager->visibleCount(), 0);
+}
+
+TEST_F(ManagerTest, removingATaskWhoseThreadIsJustLeavingTakesFileAndRowToo)
+{
+    begin({.retry = {.maximumRetries = 0}});
+    const std::uint32_t id = add();
+    worker(id).linger();
+    start(id);
+    end(id, TaskEventCode::DownloadFailed);
+    ASSERT_EQ(state(id), TaskState::Failed);
+    TaskInfo task = worker(id).record();
+    task.bFileCreated = 1;
+    worker(id).setRecord(task);
+    const QString path = m_sandbox.write(QStringLiteral("clip.flv"), "half a video");
+
+    m_manager->removeTask(m_manager->rowOf(id), FileOnRemoval::Delete);
+
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(stored().empty());
 }
 
 TEST_F(ManagerTest, removingATaskThatMadeNoFileLeavesOthersFilesAlone)
@@ -211,6 +256,31 @@ TEST_F(ManagerTest, removingARunningTaskStopsItKeepsItsRowAndFreesItsSlot)
     EXPECT_EQ(state(ids[1]), TaskState::Started);
     EXPECT_EQ(stored().size(), 2U);
     EXPECT_EQ(shown(), Ids{ids[1]});
+}
+
+TEST_F(ManagerTest, theFileOfARemovedRunningTaskGoesWhenItsRunHasStopped)
+{
+    begin();
+    const std::uint32_t id = add();
+    const QString path = m_sandbox.write(QStringLiteral("clip.flv"), "half a video");
+    start(id);
+    TaskInfo task = worker(id).record();
+    task.bFileCreated = 1;
+    worker(id).setRecord(task);
+    worker(id).ignoreStop();
+
+    m_manager->removeTask(m_manager->rowOf(id), FileOnRemoval::Delete);
+
+    EXPECT_EQ(m_manager->worker(id), nullptr);
+    EXPECT_EQ(m_manager->runningCount(), 1);
+    EXPECT_TRUE(QFile::exists(path)); // The run still writes it.
+    const auto running = m_made.back().lock();
+    ASSERT_TRUE(running);
+    running->endWith(TaskEventCode::Stopped);
+    waitForEnds(1);
+
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_EQ(m_manager->runningCount(), 0);
 }
 
 TEST_F(ManagerTest, aRaisedMaximumStartsOneAtOnce)
@@ -331,64 +401,18 @@ TEST_F(ManagerTest, anEventOfAnUnknownTaskStillFreesItsSlot)
 TEST_F(ManagerTest, shuttingDownEndsFiftyRunsAtOnce)
 {
     begin({.maximumDownloads = 50});
+    addCompleted();
     for (int i = 0; i < 50; ++i) {
         start(add());
     }
     EXPECT_EQ(m_manager->runningCount(), 50);
     const auto begun = std::chrono::steady_clock::now();
     m_manager->shutDown();
+    EXPECT_EQ(m_manager->completedCount(), 0);
+    EXPECT_EQ(m_manager->unfinishedCount(), 0);
     // One batch may take seven seconds; runs that listen take none of them.
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(5));
     EXPECT_EQ(m_manager->visibleCount(), 0);
-}
-
-// Would catch a slot that is lost or given twice, a row that does not match, a task that vanishes.
-TEST_F(ManagerTest, randomCommandsAndEventsKeepTheHouseInOrder)
-{
-    constexpr unsigned kSeed = 42;
-    constexpr int kMaximum = 3;
-    SCOPED_TRACE(testing::Message() << "seed " << kSeed);
-    std::srand(kSeed);
-    begin({.maximumDownloads = kMaximum, .retry = {.maximumRetries = 1}});
-    for (int i = 0; i < 20; ++i) {
-        m_manager->addTask({}, TaskOrigin::Stored, i + 1);
-    }
-    for (int step = 0; step < 3'000; ++step) {
-        const Ids ids = m_manager->allTasks();
-        const std::uint32_t id = ids[static_cast<std::size_t>(std::rand()) % ids.size()];
-        switch (std::rand() % 7) {
-        case 0:
-        case 1:
-            start(id);
-            break;
-        case 2:
-            stop(id);
-            break;
-        case 3:
-            start(id, Placement::MoveToEnd);
-            break;
-        case 4:
-            m_manager->setFilter(static_cast<TaskFilter>(1 + std::rand() % 3));
-            break;
-        default:
-            if (isRunning(state(id))) {
-                worker(id).endWith(std::rand() % 2 == 0 ? TaskEventCode::Completed
-                                                        : TaskEventCode::DownloadFailed);
-            }
-            break;
-        }
-        m_inbox->drain();
-        static_cast<void>(shown()); // Checks that rows and positions agree.
-        ASSERT_EQ(m_manager->allTasks().size(), 20U);
-        ASSERT_LE(m_manager->runningCount(), kMaximum + 1);
-        ASSERT_GE(m_manager->runningCount(), 0);
-    }
-    m_manager->setFilter(TaskFilter::Downloading);
-    m_manager->setFilter(TaskFilter::All);
-    for (const std::uint32_t id : m_manager->allTasks()) {
-        stop(id);
-    }
-    test::waitUntil("all runs to end", [this] { return m_manager->runningCount() == 0; });
 }
 
 } // namespace
