@@ -112,6 +112,16 @@ void CDragDlg::showHovered(bool isHovered)
     }
 }
 
+void CDragDlg::hideEvent(QHideEvent *event)
+{
+    CUILibDialog::hideEvent(event);
+    // The last move counts although nobody waited for it to come to rest.
+    if (m_moveEnd->isActive()) {
+        m_moveEnd->stop();
+        Q_EMIT moveEnded(pos());
+    }
+}
+
 void CDragDlg::moveEvent(QMoveEvent *event)
 {
     CUILibDialog::moveEvent(event);

@@ -156,8 +156,11 @@ TEST_F(ProgramOnDesktop, theDropZoneStaysAboveAndWhereItWasPut)
     EXPECT_TRUE(m_desktop.property(zone, u"_NET_WM_STATE"_s).contains("ABOVE"));
     const QPoint before = m_desktop.place(zone).center();
     m_desktop.drag(before, {-300, 200});
-    test::waitUntil("the stored place",
-                    [&] { return !m_settings->text(settings::keys::kDropZonePlace).isEmpty(); });
+    test::waitUntil("the stored place", [&] {
+        const QPoint now = m_desktop.place(zone).topLeft();
+        return m_settings->text(settings::keys::kDropZonePlace) ==
+               u"%1,%2"_s.arg(now.x()).arg(now.y());
+    });
     const QRect moved = m_desktop.place(zone);
     EXPECT_GT((moved.center() - before).manhattanLength(), 100);
     end();

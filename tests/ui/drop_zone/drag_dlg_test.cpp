@@ -105,4 +105,14 @@ TEST(WatchPageIn, isOnlyAWatchPageWithAVideoOnTheFirstLine)
     EXPECT_EQ(watchPageIn({}), QString());
 }
 
+TEST_F(DragDlgTest, aMoveRightBeforeTheEndIsTold)
+{
+    QPoint told;
+    QObject::connect(m_zone.get(), &CDragDlg::moveEnded, [&told](QPoint place) { told = place; });
+    m_zone->move(123, 45);
+    QApplication::processEvents();
+    m_zone->hide();
+    EXPECT_EQ(told, QPoint(123, 45));
+}
+
 } // namespace tollivar::ui
