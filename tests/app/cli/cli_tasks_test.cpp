@@ -75,8 +75,8 @@ TEST_F(CliTasks, aPortableProgramKeepsItsDataBesideItself)
     m_site.on("/a.mp4", test::answer("12345"));
     ProgramRun program(m_sandbox, copy,
                        {QStringLiteral("download"), QStringLiteral("--mode"),
-                        QStringLiteral("direct"), QStringLiteral("--folder"),
-                        QStringLiteral("out"), m_site.address("/a.mp4")});
+                        QStringLiteral("direct"), QStringLiteral("--folder"), QStringLiteral("out"),
+                        m_site.address("/a.mp4")});
     EXPECT_EQ(program.finish(), 0) << program.errors().constData();
     EXPECT_TRUE(QFile::exists(m_sandbox.file(QStringLiteral("stick/data/dtasks.db"))));
     EXPECT_TRUE(QFile::exists(m_sandbox.file(QStringLiteral("stick/data/settings.ini"))));

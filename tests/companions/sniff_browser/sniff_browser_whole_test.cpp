@@ -25,10 +25,7 @@ using test::ProgramRun;
 /// The capture browser on a desktop, used by its windows.
 class SniffBrowserProgram : public ::testing::Test {
 protected:
-    SniffBrowserProgram()
-    {
-        qputenv("TMPDIR", QFile::encodeName(m_temporary.path()));
-    }
+    SniffBrowserProgram() { qputenv("TMPDIR", QFile::encodeName(m_temporary.path())); }
     ~SniffBrowserProgram() override { qunsetenv("TMPDIR"); }
 
     QStringList profiles() const
