@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Times PageProbe on pages of the sample site beside the bare browser's loading of the same page.
 
-usage: bench/page_probe.py PROGRAM_DIRECTORY [ROUNDS]
+usage: bench/page_probe.py PROGRAM_DIRECTORY [ROUNDS]   (such as build/bench/Tollivar)
 
 Prints, for each page, the median and the slowest of the time from the start to the first record
 ("warm"), and one start after the page cache was dropped ("cold", as an administrator only).

@@ -98,7 +98,7 @@ void DesktopSession::startTray()
            QStringLiteral("--width"), QStringLiteral("100"), QStringLiteral("--height"),
            QStringLiteral("40"), QStringLiteral("--SetDockType"), QStringLiteral("true"),
            QStringLiteral("--SetPartialStrut"), QStringLiteral("true")});
-    waitUntil("the tray's place", [this] {
+    waitUntil("the tray's place", [] {
         QProcess tool;
         tool.start(QStringLiteral("xprop"),
                    {QStringLiteral("-root"), QStringLiteral("_NET_WORKAREA")});
