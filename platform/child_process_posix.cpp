@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <limits>
 #include <system_error>
 #include <vector>
 
@@ -246,12 +247,16 @@ bool ChildProcess::waitForOutput(std::chrono::milliseconds limit)
     using Clock = std::chrono::steady_clock;
     const auto deadline = Clock::now() + limit;
     pollfd pipe = {.fd = d->output.get(), .events = POLLIN, .revents = 0};
+    // What one poll can wait for; limits of months are more.
+    constexpr std::chrono::milliseconds kLongestPoll{std::numeric_limits<int>::max()};
     for (;;) {
         const auto left =
             std::max(std::chrono::milliseconds(0),
                      std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()));
-        const int count = poll(&pipe, 1, static_cast<int>(left.count()));
-        if (count >= 0 || errno != EINTR) {
+        const auto wait = std::min(left, kLongestPoll);
+        const int count = poll(&pipe, 1, static_cast<int>(wait.count()));
+        const bool goesOn = count < 0 ? errno == EINTR : count == 0 && wait < left;
+        if (!goesOn) {
             return count > 0;
         }
     }

@@ -262,6 +262,18 @@ TEST(ChildProcess, waitsForOutputOnlyAsLongAsTold)
     EXPECT_FALSE(child->waitForOutput(0ms));
 }
 
+TEST(ChildProcess, waitsThroughALimitThatTheSystemCannotCount)
+{
+    // Its low 32 bits are none.
+    constexpr std::chrono::milliseconds kMonths{1LL << 32};
+    const auto child = started({u"chatter"_s});
+    std::array<std::byte, 2047> buffer{};
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(child->waitForOutput(kMonths));
+        ASSERT_GT(child->read(buffer), 0U);
+    }
+}
+
 TEST(ChildProcess, endsAChildThatIsDeafToSignals)
 {
     const auto child = started({u"deaf"_s});
