@@ -11,6 +11,7 @@
 #include "platform/flash_version.h"
 #include "platform/open_external.h"
 #include "platform/paths.h"
+#include "platform/quiet_time.h"
 #include "platform/single_instance.h"
 #include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
@@ -126,7 +127,7 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,
                      [this](const tasks::TaskInfo &task, std::uint32_t id) {
-                         showCompleted(task);
+                         tellCompleted(task);
                          if (!task.m_ConvOpts.m_csType.isEmpty()) {
                              m_conversions.start(id, task);
                          }
@@ -219,6 +220,15 @@ void Program::showPlayerHelp()
     QObject::connect(dialog, &ui::CCantPlayDlg::choiceStored, m_window.get(),
                      [this] { m_window->port().post(platform::AppMessageId::FlashNote, 0, 0); });
     dialog->show();
+}
+
+void Program::tellCompleted(const tasks::TaskInfo &task)
+{
+    platform::askForQuietTime(m_window.get(), [this, task](platform::Notices notices) {
+        if (notices == platform::Notices::Welcome) {
+            showCompleted(task);
+        }
+    });
 }
 
 void Program::showCompleted(const tasks::TaskInfo &task)

@@ -49,6 +49,8 @@ private:
     /// The capture browser whose choices become tasks without a question; one at a time.
     void openQuickBrowser();
     void showPlayerHelp();
+    /// By sound and popup, unless the person does not want to be disturbed.
+    void tellCompleted(const tasks::TaskInfo &task);
     void showCompleted(const tasks::TaskInfo &task);
     void convert(const QString &path);
     void placeDropZone();
