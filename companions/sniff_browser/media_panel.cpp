@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTreeView>
 
@@ -132,8 +133,17 @@ QWidget *MediaPanel::makeButtons()
 void MediaPanel::setMedia(const std::vector<capture::MediaFound> &media)
 {
     const QStringList selected = selectedAddresses();
+    const QString current = addressAt(m_view->currentIndex());
+    // Who looks at the beginning sees what is new; who has scrolled on keeps what they look at.
+    const bool isAtBeginning = m_view->verticalScrollBar()->value() == 0;
+    const QString top = isAtBeginning ? QString() : addressAt(m_view->indexAt(QPoint(0, 0)));
     m_model->setMedia(media);
-    select(selected);
+    select(QSet<QString>(selected.begin(), selected.end()), current);
+    if (const int row = m_model->rowOf(top); row >= 0) {
+        m_view->scrollTo(m_model->index(row, 0), QAbstractItemView::PositionAtTop);
+    } else if (isAtBeginning) {
+        m_view->scrollToTop();
+    }
     m_pages->setCurrentWidget(media.empty() ? static_cast<QWidget *>(m_hint) : m_view);
     setWindowTitle(media.empty() ? tr("Capture Browser")
                                  : tr("Capture Browser (%1)").arg(media.size()));
@@ -161,23 +171,37 @@ QStringList MediaPanel::selectedAddresses() const
     return addresses;
 }
 
-void MediaPanel::select(const QStringList &addresses)
+QString MediaPanel::addressAt(const QModelIndex &index) const
 {
+    return index.isValid() ? m_model->mediumAt(index.row()).address : QString();
+}
+
+void MediaPanel::select(const QSet<QString> &addresses, const QString &current)
+{
+    // Neighbours as one range: a thousand of one row each take longer than a frame.
     QItemSelection selection;
-    for (const QString &address : addresses) {
-        if (const int row = m_model->rowOf(address); row >= 0) {
-            selection.select(m_model->index(row, 0),
-                             m_model->index(row, MediaModel::ColumnCount - 1));
+    const int count = m_model->rowCount();
+    int first = 0;
+    for (int row = 0; row <= count; ++row) {
+        if (row < count && addresses.contains(m_model->mediumAt(row).address)) {
+            continue;
         }
+        if (first < row) {
+            selection.append(QItemSelectionRange(
+                m_model->index(first, 0), m_model->index(row - 1, MediaModel::ColumnCount - 1)));
+        }
+        first = row + 1;
     }
-    if (selection.isEmpty() && m_model->rowCount() > 0) {
+    if (selection.isEmpty() && count > 0) {
         m_view->setCurrentIndex(m_model->index(0, 0));
         return;
     }
     m_view->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     if (!selection.isEmpty()) {
-        m_view->selectionModel()->setCurrentIndex(selection.indexes().front(),
-                                                  QItemSelectionModel::NoUpdate);
+        const int row = m_model->rowOf(current);
+        m_view->selectionModel()->setCurrentIndex(
+            row >= 0 ? m_model->index(row, 0) : QModelIndex(selection.front().topLeft()),
+            QItemSelectionModel::NoUpdate);
     }
 }
 

@@ -2,11 +2,13 @@
 
 #include "companions/capture/media_found.h"
 
+#include <QSet>
 #include <QWidget>
 
 #include <vector>
 
 class QLabel;
+class QModelIndex;
 class QPushButton;
 class QStackedWidget;
 class QTreeView;
@@ -24,8 +26,8 @@ class MediaPanel : public QWidget {
 public:
     explicit MediaPanel(QWidget *parent = nullptr);
 
-    /// Shows these media, best first. What was selected stays selected; without a selection the
-    /// first one is chosen.
+    /// Shows these media, best first. What was selected stays selected, what is in sight stays in
+    /// sight unless it is the list's beginning; without a selection the first one is chosen.
     void setMedia(const std::vector<capture::MediaFound> &media);
     /// A sentence below the list.
     void setStatus(const QString &text);
@@ -45,7 +47,9 @@ private:
     [[nodiscard]] QWidget *makeList();
     [[nodiscard]] QWidget *makeButtons();
     [[nodiscard]] QStringList selectedAddresses() const;
-    void select(const QStringList &addresses);
+    /// Empty for no row.
+    [[nodiscard]] QString addressAt(const QModelIndex &index) const;
+    void select(const QSet<QString> &addresses, const QString &current);
     void chooseSelected();
     void copySelected();
     void refreshButtons();

@@ -29,6 +29,16 @@ MediaFound clip(const QString &name, std::optional<std::int64_t> length = 374'29
             .page = u"http://site.example/watch"_s};
 }
 
+/// So many, the newest first.
+std::vector<MediaFound> clips(int count)
+{
+    std::vector<MediaFound> all;
+    for (int number = count; number > 0; --number) {
+        all.push_back(clip(QString::number(number)));
+    }
+    return all;
+}
+
 class MediaPanelTest : public ::testing::Test {
 protected:
     MediaPanelTest()
@@ -89,6 +99,43 @@ TEST_F(MediaPanelTest, aSelectionStaysWhateverComes)
     m_panel.setMedia({clip(u"new"_s), clip(u"a"_s), clip(u"b"_s)});
     download();
     EXPECT_THAT(m_chosen, ElementsAre(clip(u"b"_s).address));
+}
+
+TEST_F(MediaPanelTest, aScatteredSelectionStaysWhateverComesBetween)
+{
+    m_panel.setMedia({clip(u"a"_s), clip(u"b"_s), clip(u"c"_s), clip(u"d"_s)});
+    for (const int row : {0, 1, 3}) {
+        view().selectionModel()->select(view().model()->index(row, 0),
+                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    m_panel.setMedia(
+        {clip(u"new"_s), clip(u"a"_s), clip(u"other"_s), clip(u"b"_s), clip(u"c"_s), clip(u"d"_s)});
+    download();
+    EXPECT_THAT(m_chosen,
+                ElementsAre(clip(u"a"_s).address, clip(u"b"_s).address, clip(u"d"_s).address));
+}
+
+TEST_F(MediaPanelTest, theRowOfTheKeyboardStaysAmongSelectedOnes)
+{
+    m_panel.setMedia({clip(u"a"_s), clip(u"b"_s), clip(u"c"_s)});
+    view().selectAll();
+    view().selectionModel()->setCurrentIndex(view().model()->index(2, 0),
+                                             QItemSelectionModel::NoUpdate);
+    m_panel.setMedia({clip(u"new"_s), clip(u"a"_s), clip(u"b"_s), clip(u"c"_s)});
+    EXPECT_EQ(view().currentIndex().row(), 3);
+}
+
+TEST_F(MediaPanelTest, whatIsInSightStaysInSightWhateverComes)
+{
+    const auto titleOnTop = [this] { return view().indexAt(QPoint(0, 0)).data().toString(); };
+    m_panel.setMedia(clips(100));
+    view().scrollTo(view().model()->index(60, 0), QAbstractItemView::PositionAtTop);
+    const QString title = titleOnTop();
+    m_panel.setMedia(clips(101));
+    EXPECT_EQ(titleOnTop(), title);
+    view().scrollToTop();
+    m_panel.setMedia(clips(102));
+    EXPECT_EQ(titleOnTop(), u"Title of 102"_s);
 }
 
 TEST_F(MediaPanelTest, enterInTheListDownloads)
