@@ -192,7 +192,8 @@ const settings::CGeneralOptions &Program::generalOptions() const
 void Program::openSettings()
 {
     const ui::WindowTexts texts = windowTexts();
-    ui::CSettingsDialog dialog(m_window.get(), m_options, texts);
+    ui::CSettingsDialog dialog(m_window.get(), m_options, texts,
+                               ui::clipboardWatchOn(QGuiApplication::platformName()));
     QObject::connect(&dialog, &ui::CSettingsDialog::optionsChanged, m_window.get(),
                      [this] { applyOptions(); });
     dialog.exec();

@@ -143,7 +143,7 @@ void saveDialogs(const QString &folder, const QString &language)
     save(remove, folder, u"remove-tasks"_s);
     settings::COptionsManager options(world.settings());
     options.LoadAll();
-    ui::CSettingsDialog settings(nullptr, options, texts);
+    ui::CSettingsDialog settings(nullptr, options, texts, ui::ClipboardWatch::InBackground);
     settings.show();
     save(settings, folder, u"settings"_s);
     ui::CTaskNotifyDlg popup({u"/videos/"_s, u"Harbour at dawn"_s, u".mp4"_s}, texts.dialog);

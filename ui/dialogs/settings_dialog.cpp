@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QStackedWidget>
@@ -52,7 +51,15 @@ constexpr std::array kFlags = {
 
 } // namespace
 
-CSettingsDialog::CSettingsDialog(QWidget *owner, COptionsManager &options, const WindowTexts &texts)
+ClipboardWatch clipboardWatchOn(const QString &windowSystem)
+{
+    // Of this one Qt has a variant for each kind of graphics: "wayland-egl".
+    return windowSystem.startsWith("wayland"_L1) ? ClipboardWatch::InFrontOnly
+                                                 : ClipboardWatch::InBackground;
+}
+
+CSettingsDialog::CSettingsDialog(QWidget *owner, COptionsManager &options, const WindowTexts &texts,
+                                 ClipboardWatch watch)
     : CUILibDialog(owner)
     , m_options(options)
 {
@@ -60,7 +67,7 @@ CSettingsDialog::CSettingsDialog(QWidget *owner, COptionsManager &options, const
     m_copy.reset(dynamic_cast<CGeneralOptions *>(copy.release()));
     createFace(u"DialogSettings.xml"_s, kControls);
     applyDialogTexts(*this, u"DIALOG_SETTINGS"_s, texts.dialog);
-    if (QGuiApplication::platformName() == u"wayland"_s) {
+    if (watch == ClipboardWatch::InFrontOnly) {
         control<QLabel>("textWaylandNote"_L1).setText(texts.text(u"strNoClipboardWatch"_s));
     }
     fill();

@@ -11,7 +11,15 @@ class QComboBox;
 
 namespace tollivar::ui {
 
-/// Edits a copy of the general options; only OK writes it back.
+/// When the program sees what other programs copy: always, or only while a window of its own has the
+/// keyboard.
+enum class ClipboardWatch { InBackground, InFrontOnly };
+
+/// What the window system lets programs see, by the name that Qt gives it.
+[[nodiscard]] ClipboardWatch clipboardWatchOn(const QString &windowSystem);
+
+/// Edits a copy of the general options; only OK writes it back. Where the clipboard can't be watched
+/// in the background, it says so.
 ///
 /// Threads: the main thread.
 /// Owns:    the copy; the options manager is borrowed and must outlive the dialog.
@@ -19,7 +27,8 @@ class CSettingsDialog final : public CUILibDialog {
     Q_OBJECT
 
 public:
-    CSettingsDialog(QWidget *owner, settings::COptionsManager &options, const WindowTexts &texts);
+    CSettingsDialog(QWidget *owner, settings::COptionsManager &options, const WindowTexts &texts,
+                    ClipboardWatch watch);
 
     void Notify(const DuiLib::SkinEvent &event) override;
 

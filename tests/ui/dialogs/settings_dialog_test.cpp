@@ -4,6 +4,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 
@@ -17,10 +18,10 @@ using settings::COptionsManager;
 
 class SettingsDialogTest : public ::testing::Test {
 protected:
-    CSettingsDialog &open()
+    CSettingsDialog &open(ClipboardWatch watch = ClipboardWatch::InBackground)
     {
         m_options.LoadAll();
-        m_dialog = std::make_unique<CSettingsDialog>(nullptr, m_options, m_texts);
+        m_dialog = std::make_unique<CSettingsDialog>(nullptr, m_options, m_texts, watch);
         m_dialog->show();
         return *m_dialog;
     }
@@ -124,6 +125,36 @@ TEST_F(SettingsDialogTest, aNumberBeyondTheListIsShownAndKept)
     click(u"btnOK"_s);
     EXPECT_EQ(stored().m_nMaxSimDownloads, 77);
     EXPECT_EQ(stored().m_nMaxRetry, -2);
+}
+
+TEST_F(SettingsDialogTest, saysWhereTheClipboardCannotBeWatchedInTheBackground)
+{
+    open(ClipboardWatch::InFrontOnly);
+    EXPECT_EQ(test::control<QLabel>(*m_dialog, u"textWaylandNote"_s)->text(),
+              u"On this desktop the clipboard cannot be watched in the background."_s);
+    open(ClipboardWatch::InBackground);
+    EXPECT_EQ(test::control<QLabel>(*m_dialog, u"textWaylandNote"_s)->text(), QString());
+}
+
+TEST_F(SettingsDialogTest, hasRoomForThatInEveryLanguage)
+{
+    m_world.languages().load();
+    for (const QString &language : m_world.languages().names()) {
+        m_world.languages().apply(language);
+        open(ClipboardWatch::InFrontOnly);
+        const auto &note = *test::control<QLabel>(*m_dialog, u"textWaylandNote"_s);
+        EXPECT_FALSE(note.text().isEmpty()) << language.toStdString();
+        EXPECT_LE(note.heightForWidth(note.width()), note.height()) << language.toStdString();
+    }
+}
+
+TEST(ClipboardWatchOn, isInFrontOnlyOnEveryKindOfWayland)
+{
+    EXPECT_EQ(clipboardWatchOn(u"wayland"_s), ClipboardWatch::InFrontOnly);
+    EXPECT_EQ(clipboardWatchOn(u"wayland-egl"_s), ClipboardWatch::InFrontOnly);
+    EXPECT_EQ(clipboardWatchOn(u"xcb"_s), ClipboardWatch::InBackground);
+    EXPECT_EQ(clipboardWatchOn(u"offscreen"_s), ClipboardWatch::InBackground);
+    EXPECT_EQ(clipboardWatchOn({}), ClipboardWatch::InBackground);
 }
 
 } // namespace tollivar::ui
