@@ -84,6 +84,7 @@ constexpr std::array kTexts = {
     BuiltInText{u"strTotals", u"%1 downloading, %2 waiting"},
     BuiltInText{u"strListName", u"Tasks"},
     BuiltInText{u"strEmptyList", u"Paste, drop or type an address"},
+    BuiltInText{u"strDropHint", u"Let go to add a task"},
     BuiltInText{u"strTrayBalloon",
                 u"Tollivar is still running. You can double click on this icon to open it again. "
                 u"You can click \"Exit\" button to close the program."},

@@ -53,7 +53,7 @@ Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths pat
     m_engine.onEvent([this](std::uint32_t task, tasks::TaskEventCode code) {
         m_window->onTaskEvent(task, code);
     });
-    m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port());
+    m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port(), windowTexts().text);
     QObject::connect(m_dropZone.get(), &ui::CDragDlg::doubleClicked, m_window.get(),
                      &CTollivarDlg::showAndActivate);
     m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts().dialog);

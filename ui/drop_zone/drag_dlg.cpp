@@ -2,6 +2,7 @@
 
 #include "fetch/text/site_url.h"
 #include "platform/build_config.h"
+#include "ui/drop_zone/drop_hint.h"
 
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -41,9 +42,10 @@ bool isDroppedText(const QMimeData &data)
     return !isFile && data.hasText() && !data.text().isEmpty();
 }
 
-CDragDlg::CDragDlg(platform::AppMessagePort owner)
+CDragDlg::CDragDlg(platform::AppMessagePort owner, Text text)
     : CUILibDialog(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint)
     , m_owner(std::move(owner))
+    , m_text(std::move(text))
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -57,6 +59,7 @@ CDragDlg::CDragDlg(platform::AppMessagePort owner)
     connect(m_moveEnd, &QTimer::timeout, this, [this] { Q_EMIT moveEnded(pos()); });
     createFace(u"DialogDragDrop.xml"_s, {});
     setFixedSize(paintManager().GetInitSize());
+    m_hint = new DropHint(*this);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             &CDragDlg::watchClipboard);
 }
@@ -104,8 +107,16 @@ void CDragDlg::dropEvent(QDropEvent *event)
 
 void CDragDlg::showHovered(bool isHovered)
 {
+    if (isHovered) {
+        m_hint->showBeside(geometry(), m_text(u"strDropHint"_s));
+    } else {
+        m_hint->hide();
+    }
     const auto faces = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *face : faces) {
+        if (face->isWindow()) {
+            continue;
+        }
         face->setProperty("hovered", isHovered);
         face->style()->unpolish(face);
         face->style()->polish(face);

@@ -5,13 +5,17 @@
 
 #include <QString>
 
+#include <functional>
+
 class QMimeData;
 class QTimer;
 
 namespace tollivar::ui {
 
+class DropHint;
+
 /// The small window that always floats: takes a dropped link, and watches the clipboard for watch
-/// pages of the video-sharing site. What it receives it announces to the main window, which reads
+/// pages of the video-sharing site. While something hovers that it takes, it says so. What it receives it announces to the main window, which reads
 /// receivedText().
 ///
 /// Threads: the main thread.
@@ -19,8 +23,11 @@ class CDragDlg final : public CUILibDialog {
     Q_OBJECT
 
 public:
+    /// A text in the current language, by its id.
+    using Text = std::function<QString(const QString &id)>;
+
     /// Announcements go to `owner`, as AddressReady with 0 for a drop and 1 for the clipboard.
-    explicit CDragDlg(platform::AppMessagePort owner);
+    CDragDlg(platform::AppMessagePort owner, Text text);
 
     /// With monitoring off the clipboard is never looked at.
     void setMonitoring(bool isOn) { m_isMonitoring = isOn; }
@@ -46,6 +53,8 @@ private:
     void showHovered(bool isHovered);
 
     platform::AppMessagePort m_owner;
+    Text m_text;
+    DropHint *m_hint = nullptr;
     QString m_receivedText;
     QTimer *m_moveEnd = nullptr;
     bool m_isMonitoring = false;

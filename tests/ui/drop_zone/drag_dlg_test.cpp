@@ -1,11 +1,14 @@
 #include "tests/support/wait_until.h"
 #include "ui/drop_zone/drag_dlg.h"
+#include "ui/drop_zone/drop_hint.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
+#include <QLabel>
 #include <QMimeData>
+#include <QScreen>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -25,21 +28,33 @@ protected:
     void SetUp() override
     {
         DuiLib::CPaintManagerUI::SetInstance();
-        m_zone = std::make_unique<CDragDlg>(m_inbox.port());
+        m_zone = std::make_unique<CDragDlg>(m_inbox.port(), [](const QString &id) { return id; });
         m_zone->show();
     }
 
-    bool drop(const QMimeData &data)
+    /// True when the zone would take it.
+    bool hover(const QMimeData &data)
     {
         QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(m_zone.get(), &enter);
-        if (!enter.isAccepted()) {
+        return enter.isAccepted();
+    }
+    void leave()
+    {
+        QDragLeaveEvent event;
+        QApplication::sendEvent(m_zone.get(), &event);
+    }
+    bool drop(const QMimeData &data)
+    {
+        if (!hover(data)) {
             return false;
         }
         QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(m_zone.get(), &drop);
         return drop.isAccepted();
     }
+
+    [[nodiscard]] const QLabel &hint() const { return *m_zone->findChild<QLabel *>(u"dropHint"_s); }
 
     /// The first values of the announcements so far.
     std::vector<std::uint64_t> announced()
@@ -75,6 +90,50 @@ TEST_F(DragDlgTest, aDroppedFileIsRefused)
     image.setData(u"image/png"_s, "x");
     EXPECT_FALSE(drop(image));
     EXPECT_TRUE(announced().empty());
+}
+
+TEST_F(DragDlgTest, saysWhatItWillDoWhileTextHovers)
+{
+    QMimeData text;
+    text.setText(kWatchPage);
+    EXPECT_FALSE(hint().isVisible());
+    const QImage before = m_zone->grab().toImage();
+    EXPECT_TRUE(hover(text));
+    EXPECT_TRUE(hint().isVisible());
+    EXPECT_EQ(hint().text(), u"strDropHint"_s);
+    EXPECT_FALSE(hint().geometry().intersects(m_zone->geometry()));
+    EXPECT_TRUE(m_zone->screen()->availableGeometry().contains(hint().geometry()));
+    EXPECT_NE(m_zone->grab().toImage(), before);
+    leave();
+    EXPECT_FALSE(hint().isVisible());
+    EXPECT_EQ(m_zone->grab().toImage(), before);
+    EXPECT_TRUE(drop(text));
+    EXPECT_FALSE(hint().isVisible());
+}
+
+TEST_F(DragDlgTest, promisesNothingWhileAFileHovers)
+{
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(u"/tmp/x.flv"_s)});
+    const QImage before = m_zone->grab().toImage();
+    EXPECT_FALSE(hover(file));
+    EXPECT_FALSE(hint().isVisible());
+    EXPECT_EQ(m_zone->grab().toImage(), before);
+}
+
+TEST(PlaceBeside, isBelowOrElseAboveAndAlwaysOnTheScreen)
+{
+    const QRect area(0, 0, 1'000, 800);
+    constexpr QSize kSize(200, 30);
+    EXPECT_EQ(placeBeside({400, 100, 64, 64}, kSize, area), QPoint(331, 170));
+    EXPECT_EQ(placeBeside({400, 730, 64, 64}, kSize, area), QPoint(331, 694));
+    EXPECT_EQ(placeBeside({0, 100, 64, 64}, kSize, area), QPoint(0, 170));
+    EXPECT_EQ(placeBeside({936, 100, 64, 64}, kSize, area), QPoint(800, 170));
+    // The last place that leaves room below, and the first that does not.
+    EXPECT_EQ(placeBeside({400, 700, 64, 64}, kSize, area).y(), 770);
+    EXPECT_EQ(placeBeside({400, 701, 64, 64}, kSize, area).y(), 665);
+    // Wider than the screen: its beginning is what must be seen.
+    EXPECT_EQ(placeBeside({400, 100, 64, 64}, {1'200, 30}, area).x(), 0);
 }
 
 TEST_F(DragDlgTest, aCopiedWatchPageIsAnnouncedByItsFirstLine)
