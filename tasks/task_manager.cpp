@@ -473,16 +473,35 @@ int TaskManager::unfinishedCount() const
     return static_cast<int>(m_tasks.size()) - m_completedCount;
 }
 
-double TaskManager::totalSpeed() const
+std::vector<TaskProgress> TaskManager::downloads() const
 {
-    double sum = 0;
+    std::vector<TaskProgress> found;
     for (const Run &run : m_runs) {
         const TaskWorker &worker = *run.task->worker;
         // A retry may begin before the thread of the failed run is reaped.
         const bool isLatest = run.task->latestThread == run.thread.get();
         if (isLatest && worker.state() == TaskState::Downloading) {
-            sum += worker.progress().bytesPerSecond;
+            found.push_back(worker.progress());
         }
+    }
+    return found;
+}
+
+double TaskManager::totalSpeed() const
+{
+    double sum = 0;
+    for (const TaskProgress &progress : downloads()) {
+        sum += progress.bytesPerSecond;
+    }
+    return sum;
+}
+
+double TaskManager::totalReached() const
+{
+    constexpr double kWhole = 10'000;
+    double sum = 0;
+    for (const TaskProgress &progress : downloads()) {
+        sum += std::clamp(double{progress.percentHundredths} / kWhole, 0.0, 1.0);
     }
     return sum;
 }

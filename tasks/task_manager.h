@@ -117,6 +117,8 @@ public:
     [[nodiscard]] int runningCount() const { return m_slots.running(); }
     /// Of all downloads together, in bytes per second; takes time with the running tasks only.
     [[nodiscard]] double totalSpeed() const;
+    /// What the downloads have reached, each from 0 to 1, added up; as quick as totalSpeed().
+    [[nodiscard]] double totalReached() const;
     /// False when there is no such row.
     [[nodiscard]] bool isCompletedAt(int row) const;
     /// The ids of all tasks, in order.
@@ -141,6 +143,8 @@ private:
     [[nodiscard]] std::shared_ptr<Task> find(std::uint32_t id) const;
     [[nodiscard]] std::shared_ptr<Task> findAt(int row) const;
     [[nodiscard]] bool isShown(const Task &task) const;
+    /// Of all tasks that download now, each once.
+    [[nodiscard]] std::vector<TaskProgress> downloads() const;
     void rowsChanged() const;
     void setState(TaskWorker &worker, TaskState state);
     void takeOut(Task &task, FileOnRemoval file);

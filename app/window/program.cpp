@@ -54,12 +54,11 @@ Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths pat
         m_window->onTaskEvent(task, code);
     });
     m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port(), windowTexts().text);
-    QObject::connect(m_dropZone.get(), &ui::CDragDlg::doubleClicked, m_window.get(),
-                     &CTollivarDlg::showAndActivate);
     m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts().dialog);
     QObject::connect(m_window.get(), &CTollivarDlg::updateCheckWanted, m_window.get(),
                      [this] { m_updates->checkNow(); });
     placeDropZone();
+    connectDropZone();
     connectWindow();
     connectCompanions();
     applyOptions();
@@ -135,15 +134,29 @@ void Program::connectWindow()
     QObject::connect(
         window, &CTollivarDlg::profileWanted, window,
         [this](const tasks::TaskInfo &task, std::uint32_t id) { m_conversions.start(id, task); });
-    QObject::connect(window, &CTollivarDlg::dropZoneToggled, window,
-                     [this] { m_dropZone->setVisible(!m_dropZone->isVisible()); });
-    QObject::connect(window, &CTollivarDlg::activatedByPerson, m_dropZone.get(), [this] {
-        if (m_dropZone->isVisible()) {
-            m_dropZone->raise();
-        }
-    });
     QObject::connect(window, &CTollivarDlg::conversionWanted, window,
                      [this](const tasks::TaskInfo &task) { convert(task.outputPath()); });
+}
+
+void Program::connectDropZone()
+{
+    const CTollivarDlg *window = m_window.get();
+    ui::CDragDlg *zone = m_dropZone.get();
+    QObject::connect(zone, &ui::CDragDlg::doubleClicked, window, &CTollivarDlg::showAndActivate);
+    QObject::connect(window, &CTollivarDlg::totalProgressChanged, zone, &ui::CDragDlg::setProgress);
+    QObject::connect(window, &CTollivarDlg::dropZoneToggled, zone, [this, zone] {
+        m_zonePresence.toggle();
+        zone->setVisible(m_zonePresence.isShown());
+    });
+    QObject::connect(window, &CTollivarDlg::minimisedChanged, zone, [this, zone](bool is) {
+        m_zonePresence.setWindowMinimised(is);
+        zone->setVisible(m_zonePresence.isShown());
+    });
+    QObject::connect(window, &CTollivarDlg::activatedByPerson, zone, [zone] {
+        if (zone->isVisible()) {
+            zone->raise();
+        }
+    });
 }
 
 void Program::connectCompanions()
@@ -206,7 +219,9 @@ void Program::applyOptions()
     m_engine.manager().setMaximumRetries(options.m_nMaxRetry);
     m_window->applyOptions();
     m_dropZone->setMonitoring(options.m_bMonitorUrl);
-    m_dropZone->setVisible(options.m_bShowDragZone);
+    m_zonePresence.setOptions(
+        {.isWanted = options.m_bShowDragZone, .standsForWindow = options.m_bMinimizeDragTask});
+    m_dropZone->setVisible(m_zonePresence.isShown());
 }
 
 void Program::showPlayerHelp()

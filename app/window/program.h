@@ -15,6 +15,7 @@
 #include "settings/options_manager.h"
 #include "settings/settings_store.h"
 #include "ui/drop_zone/drag_dlg.h"
+#include "ui/drop_zone/zone_presence.h"
 #include "ui/main_window/tollivar_dlg.h"
 
 #include <QStringList>
@@ -54,6 +55,7 @@ private:
     void showCompleted(const tasks::TaskInfo &task);
     void convert(const QString &path);
     void placeDropZone();
+    void connectDropZone();
     /// Tells once what is wrong with the skin.
     void tellSkinProblems();
     void takeAddress(const platform::AppMessage &message);
@@ -75,6 +77,7 @@ private:
     Conversions m_conversions{[this](std::uint32_t task) { m_window->redrawTask(task); }};
     std::unique_ptr<ui::CTollivarDlg> m_window;
     std::unique_ptr<ui::CDragDlg> m_dropZone;
+    ui::ZonePresence m_zonePresence;
     std::unique_ptr<Updates> m_updates;
     std::unique_ptr<CaptureBrowser> m_browser;
     std::unique_ptr<platform::InterruptWatch> m_interrupt;

@@ -123,6 +123,25 @@ TEST_F(TaskRowsTest, aRetriedDownloadCountsOnceInTheSpeed)
     EXPECT_DOUBLE_EQ(m_manager->totalSpeed(), 700.0);
 }
 
+TEST_F(TaskRowsTest, whatIsReachedIsThatOfAllDownloadsTogether)
+{
+    begin();
+    const Ids ids = {add(), add(), add(), add()};
+    EXPECT_DOUBLE_EQ(m_manager->totalReached(), 0);
+    for (const std::uint32_t id : ids) {
+        start(id);
+        worker(id).setProgress({.percentHundredths = 2'500});
+    }
+    worker(ids[0]).enterStage(TaskState::Downloading);
+    worker(ids[1]).enterStage(TaskState::Downloading);
+    EXPECT_DOUBLE_EQ(m_manager->totalReached(), 0.5);
+    // A server that sends more than it said.
+    worker(ids[1]).setProgress({.percentHundredths = 70'000});
+    EXPECT_DOUBLE_EQ(m_manager->totalReached(), 1.25);
+    end(ids[0], TaskEventCode::Completed);
+    EXPECT_DOUBLE_EQ(m_manager->totalReached(), 1);
+}
+
 TEST_F(TaskRowsTest, onlyACompletedTaskIsCompleted)
 {
     begin();

@@ -3,6 +3,7 @@
 #include "fetch/text/site_url.h"
 #include "platform/build_config.h"
 #include "ui/drop_zone/drop_hint.h"
+#include "ui/drop_zone/progress_ring.h"
 
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -60,8 +61,14 @@ CDragDlg::CDragDlg(platform::AppMessagePort owner, Text text)
     createFace(u"DialogDragDrop.xml"_s, {});
     setFixedSize(paintManager().GetInitSize());
     m_hint = new DropHint(*this);
+    m_ring = new ProgressRing(*this);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             &CDragDlg::watchClipboard);
+}
+
+void CDragDlg::setProgress(std::optional<double> share)
+{
+    m_ring->setShare(share);
 }
 
 void CDragDlg::watchClipboard()

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QMimeData;
 class QTimer;
@@ -13,6 +14,7 @@ class QTimer;
 namespace tollivar::ui {
 
 class DropHint;
+class ProgressRing;
 
 /// The small window that always floats: takes a dropped link, and watches the clipboard for watch
 /// pages of the video-sharing site. While something hovers that it takes, it says so. What it receives it announces to the main window, which reads
@@ -31,6 +33,8 @@ public:
 
     /// With monitoring off the clipboard is never looked at.
     void setMonitoring(bool isOn) { m_isMonitoring = isOn; }
+    /// How far all downloads together are, from 0 to 1; nothing while there are none.
+    void setProgress(std::optional<double> share);
     [[nodiscard]] const QString &receivedText() const { return m_receivedText; }
 
     void Notify(const DuiLib::SkinEvent &event) override;
@@ -55,6 +59,7 @@ private:
     platform::AppMessagePort m_owner;
     Text m_text;
     DropHint *m_hint = nullptr;
+    ProgressRing *m_ring = nullptr;
     QString m_receivedText;
     QTimer *m_moveEnd = nullptr;
     bool m_isMonitoring = false;

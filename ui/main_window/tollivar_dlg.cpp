@@ -30,7 +30,6 @@ using namespace Qt::StringLiterals;
 using DuiLib::RequiredControl;
 using platform::AppMessageId;
 using tasks::TaskEventCode;
-using tasks::TaskFilter;
 
 namespace {
 
@@ -267,6 +266,7 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
     refreshCaptions();
     if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
         code == TaskEventCode::Completed) {
+        m_total.countCompleted();
         m_list->refreshRows();
         Q_EMIT taskCompleted(worker->record(), taskId);
     }
@@ -415,6 +415,12 @@ void CTollivarDlg::refreshTotals()
     if (label.text() != totals) {
         label.setText(totals);
     }
+    const auto share =
+        m_total.update(manager.runningCount(), manager.waitingCount(), manager.totalReached());
+    if (m_share != share) {
+        m_share = share;
+        Q_EMIT totalProgressChanged(share);
+    }
 }
 
 std::vector<int> CTollivarDlg::selectedRows() const
@@ -482,6 +488,28 @@ void CTollivarDlg::changeEvent(QEvent *event)
     if (event->type() == QEvent::WindowStateChange && !isMinimized()) {
         button("btnMax"_L1).setVisible(!isMaximized());
         button("btnRestore"_L1).setVisible(isMaximized());
+    }
+    tellIfMinimised();
+}
+
+void CTollivarDlg::showEvent(QShowEvent *event)
+{
+    CUILibDialog::showEvent(event);
+    tellIfMinimised();
+}
+
+void CTollivarDlg::hideEvent(QHideEvent *event)
+{
+    CUILibDialog::hideEvent(event);
+    tellIfMinimised();
+}
+
+void CTollivarDlg::tellIfMinimised()
+{
+    const bool isMinimised = isVisible() && isMinimized();
+    if (m_isMinimised != isMinimised) {
+        m_isMinimised = isMinimised;
+        Q_EMIT minimisedChanged(isMinimised);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "tasks/api/task_event.h"
 #include "ui/dialog/ui_lib_dialog.h"
 #include "ui/main_window/task_commands.h"
+#include "ui/main_window/total_progress.h"
 #include "ui/main_window/window_services.h"
 #include "ui/task_list/list_ctrl_ex.h"
 #include "ui/tray/tray_icon.h"
@@ -13,6 +14,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class QTimer;
 class QToolButton;
@@ -100,10 +102,16 @@ Q_SIGNALS:
     /// A finished task's file, to the options that its record now holds.
     void profileWanted(const tollivar::tasks::TaskInfo &task, std::uint32_t taskId);
     void activatedByPerson();
+    /// It has become a mere icon, or is one no longer; in the tray it is none.
+    void minimisedChanged(bool isMinimised);
+    /// From 0 to 1; nothing while no task runs or waits.
+    void totalProgressChanged(std::optional<double> share);
 
 protected:
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void reject() override;
@@ -151,6 +159,7 @@ private:
     void showFlashNote();
     void refreshCaptions();
     void refreshTotals();
+    void tellIfMinimised();
     void closeToTray();
     void toggleWindow();
     void showBalloonOnce();
@@ -164,11 +173,14 @@ private:
     std::unique_ptr<MainMenus> m_menus;
     std::unique_ptr<TrayIcon> m_tray;
     QTimer *m_totals = nullptr;
+    TotalProgress m_total;
+    std::optional<double> m_share;
     QPointer<CAddTaskDlg> m_addTask;
     QString m_pendingAddress;
     QStringList m_capturedTexts;
     QString m_copiedText;
     bool m_minimisesAfterCapture = false;
+    bool m_isMinimised = false;
     bool m_hasToldAboutTray = false;
 };
 

@@ -145,6 +145,10 @@ TEST_F(SettingsDialogTest, hasRoomForThatInEveryLanguage)
         const auto &note = *test::control<QLabel>(*m_dialog, u"textWaylandNote"_s);
         EXPECT_FALSE(note.text().isEmpty()) << language.toStdString();
         EXPECT_LE(note.heightForWidth(note.width()), note.height()) << language.toStdString();
+        for (const QComboBox *each : m_dialog->findChildren<QComboBox *>()) {
+            EXPECT_TRUE(each->parentWidget()->rect().contains(each->geometry()))
+                << language.toStdString() << ' ' << each->objectName().toStdString();
+        }
     }
 }
 

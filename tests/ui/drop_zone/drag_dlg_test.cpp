@@ -121,6 +121,40 @@ TEST_F(DragDlgTest, promisesNothingWhileAFileHovers)
     EXPECT_EQ(m_zone->grab().toImage(), before);
 }
 
+TEST_F(DragDlgTest, itsRingFillsClockwiseAndGoesWhenNothingRuns)
+{
+    const auto brightness = [this](QPoint place) {
+        const QImage image = m_zone->grab().toImage();
+        return qGray(image.pixel(place * image.devicePixelRatio()));
+    };
+    // In the middle of the ring's line, at three and at nine o'clock.
+    const QPoint right(m_zone->width() - 7, m_zone->height() / 2);
+    const QPoint left(7, m_zone->height() / 2);
+    const QImage without = m_zone->grab().toImage();
+    const int ground = brightness(right);
+    m_zone->setProgress(0.0);
+    const int track = brightness(right);
+    EXPECT_GT(track, ground);
+    m_zone->setProgress(0.5);
+    EXPECT_GT(brightness(right), track);
+    EXPECT_EQ(brightness(left), track);
+    m_zone->setProgress(7.0);
+    EXPECT_GT(brightness(left), track);
+    m_zone->setProgress(std::nullopt);
+    EXPECT_EQ(m_zone->grab().toImage(), without);
+}
+
+TEST_F(DragDlgTest, isDraggedAndClickedThroughItsRing)
+{
+    m_zone->setProgress(0.5);
+    const QPoint onRing(m_zone->width() - 7, m_zone->height() / 2);
+    EXPECT_EQ(m_zone->hitTestAt(onRing).kind, HitArea::Kind::Caption);
+    EXPECT_NE(m_zone->childAt(onRing), m_zone->findChild<QWidget *>(u"ringTotal"_s));
+    QMimeData text;
+    text.setText(kWatchPage);
+    EXPECT_TRUE(drop(text));
+}
+
 TEST(PlaceBeside, isBelowOrElseAboveAndAlwaysOnTheScreen)
 {
     const QRect area(0, 0, 1'000, 800);

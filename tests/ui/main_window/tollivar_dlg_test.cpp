@@ -370,6 +370,43 @@ TEST_F(TollivarDlgTest, withoutATrayClosingMinimisesAndSaysSoOnce)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
+TEST_F(TollivarDlgTest, tellsWhenItBecomesAnIconAndWhenItIsNoneAnyMore)
+{
+    CTollivarDlg &window = open();
+    std::vector<bool> told;
+    QObject::connect(&window, &CTollivarDlg::minimisedChanged,
+                     [&told](bool isMinimised) { told.push_back(isMinimised); });
+    click(u"btnMin"_s);
+    EXPECT_THAT(told, ElementsAre(true));
+    window.showAndActivate();
+    EXPECT_THAT(told, ElementsAre(true, false));
+    window.showMaximized();
+    EXPECT_THAT(told, ElementsAre(true, false));
+    window.showMinimized();
+    window.hide();
+    EXPECT_THAT(told, ElementsAre(true, false, true, false));
+}
+
+TEST_F(TollivarDlgTest, tellsHowFarAllDownloadsTogetherAre)
+{
+    const std::uint32_t first = m_world.add(u"a"_s);
+    const std::uint32_t second = m_world.add(u"b"_s);
+    CTollivarDlg &window = open();
+    std::optional<double> share;
+    QObject::connect(&window, &CTollivarDlg::totalProgressChanged,
+                     [&share](std::optional<double> told) { share = told; });
+    for (const std::uint32_t id : {first, second}) {
+        m_world.manager().start(id);
+        m_world.worker(id).enterStage(TaskState::Downloading);
+        m_world.worker(id).setProgress({.percentHundredths = 5'000});
+    }
+    test::waitUntil("half of it", [&] { return share == 0.5; });
+    m_world.end(first, tasks::TaskEventCode::Completed);
+    test::waitUntil("the whole of one, half of the other", [&] { return share == 0.75; });
+    m_world.end(second, tasks::TaskEventCode::Completed);
+    test::waitUntil("nothing to tell", [&] { return !share; });
+}
+
 TEST_F(TollivarDlgTest, exitIsWantedByItsButtonAlone)
 {
     CTollivarDlg &window = open();
