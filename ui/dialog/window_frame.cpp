@@ -96,6 +96,9 @@ bool WindowFrame::handlePress(const QMouseEvent &event)
     m_pressPlace = event.globalPosition().toPoint();
     m_pressGeometry = m_window.geometry();
     m_isDragging = false;
+    if (m_pressed.kind != HitArea::Kind::Client) {
+        correctPlace((event.globalPosition() - event.position()).toPoint());
+    }
     if (m_pressed.kind != HitArea::Kind::Edge) {
         return false;
     }
@@ -103,6 +106,19 @@ bool WindowFrame::handlePress(const QMouseEvent &event)
         m_pressed = {};
     }
     return true;
+}
+
+void WindowFrame::correctPlace(QPoint actual)
+{
+    // Between pixels of the screen and of the window.
+    constexpr int kRounding = 2;
+    // A window manager moves a window about while it takes it over, and the last of these moves can
+    // go unheard. The window manager's own move begins where we say: from a wrong place it throws
+    // the window off the screen.
+    if ((m_native->position() - actual).manhattanLength() > kRounding) {
+        m_native->setPosition(actual);
+        m_pressGeometry.moveTopLeft(actual);
+    }
 }
 
 bool WindowFrame::handleMove(const QMouseEvent &event)

@@ -34,6 +34,8 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] bool handlePress(const QMouseEvent &event);
+    /// Takes over where the window really is, if its native window has not heard of it.
+    void correctPlace(QPoint actual);
     [[nodiscard]] bool handleMove(const QMouseEvent &event);
     [[nodiscard]] bool handleDoubleClick(const QMouseEvent &event);
     [[nodiscard]] HitArea areaAt(QPoint position) const;

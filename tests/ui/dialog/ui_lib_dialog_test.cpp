@@ -108,6 +108,23 @@ TEST_F(UiLibDialogTest, theCaptionsEmptyAreaMovesTheWindowAndAnotherTextDoesNot)
     EXPECT_NE(dialog.pos(), QPoint(100, 100));
 }
 
+TEST_F(UiLibDialogTest, isMovedFromWhereThePointerFindsIt)
+{
+    TestDialog dialog;
+    dialog.move(100, 100);
+    dialog.show();
+    QWindow *window = dialog.windowHandle();
+    // Pressed in the caption of a window that has come to stand elsewhere, unheard.
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(250, 20), QPointF(250, 20),
+                      QPointF(650, 320), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window, &press);
+    EXPECT_EQ(window->position(), QPoint(400, 300));
+    QMouseEvent move(QEvent::MouseMove, QPointF(290, 50), QPointF(290, 50), QPointF(690, 350),
+                     Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window, &move);
+    EXPECT_EQ(window->position(), QPoint(440, 330));
+}
+
 TEST_F(UiLibDialogTest, anEdgeResizesTheWindowUnlessItIsMaximised)
 {
     TestDialog dialog;
