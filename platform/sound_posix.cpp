@@ -1,5 +1,6 @@
 #include "platform/build_config.h"
 #include "platform/sound.h"
+#include "platform/worker_thread.h"
 
 #include <QFile>
 
@@ -7,36 +8,46 @@
 
 namespace tollivar::platform {
 
-namespace {
+/// Touched by one thread at a time, the one that hands a sound over.
+struct Sound::Service {
+    /// Left to the end of the program: destroyed while a sound is to be heard, it takes the
+    /// driver's code away from under the thread that plays, and the program crashes.
+    ca_context *context = nullptr;
 
-struct DestroyContext {
-    void operator()(ca_context *context) const { ca_context_destroy(context); }
+    void play(const QByteArray &path);
 };
 
-} // namespace
+void Sound::Service::play(const QByteArray &path)
+{
+    if (context == nullptr) {
+        if (ca_context_create(&context) != CA_SUCCESS) {
+            context = nullptr;
+            return;
+        }
+        ca_context_change_props(context, CA_PROP_APPLICATION_NAME, build::kProductName.data(),
+                                nullptr);
+    }
+    // A failure is not worth a word: a machine without sound is as good as any.
+    ca_context_play(context, 0, CA_PROP_MEDIA_FILENAME, path.constData(), nullptr);
+}
 
-struct Sound::Private {
-    std::unique_ptr<ca_context, DestroyContext> context;
-};
-
-Sound::Sound() : d(std::make_unique<Private>()) {}
+Sound::Sound() : m_service(std::make_shared<Service>()) {}
 
 Sound::~Sound() = default;
 
 void Sound::play(const QString &path)
 {
-    if (!d->context) {
-        ca_context *made = nullptr;
-        if (ca_context_create(&made) != CA_SUCCESS) {
-            return;
-        }
-        d->context.reset(made);
-        ca_context_change_props(made, CA_PROP_APPLICATION_NAME, build::kProductName.data(),
-                                nullptr);
+    if (isBusy()) {
+        return;
     }
-    // A failure is not worth a word: a machine without sound is as good as any.
-    ca_context_play(d->context.get(), 0, CA_PROP_MEDIA_FILENAME,
-                    QFile::encodeName(path).constData(), nullptr);
+    m_thread = std::make_unique<WorkerThread>(
+        [service = m_service, file = QFile::encodeName(path)] { service->play(file); });
+    m_thread->resume();
+}
+
+bool Sound::isBusy() const
+{
+    return m_thread && !m_thread->hasEnded();
 }
 
 } // namespace tollivar::platform

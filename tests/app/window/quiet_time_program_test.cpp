@@ -4,6 +4,7 @@
 #include "tests/support/http_site.h"
 #include "tests/support/notification_service.h"
 #include "tests/support/program_run.h"
+#include "tests/support/sound_device.h"
 #include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
@@ -31,8 +32,7 @@ protected:
         settings::SettingsStore settings(paths->settings);
         settings.setFlag(settings::keys::kNoRemindFlashVersion, true);
         settings.setNumber(settings::keys::kCheckUpdate, 3);
-        m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
-        static_cast<void>(m_desktop.waitForWindow(u"^Tollivar$"_s));
+        start();
     }
     void TearDown() override
     {
@@ -42,6 +42,11 @@ protected:
         qunsetenv("XDG_STATE_HOME");
     }
 
+    void start()
+    {
+        m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
+        static_cast<void>(m_desktop.waitForWindow(u"^Tollivar$"_s));
+    }
     /// Hands a finished download to the running program, and waits until that has asked the desktop.
     void download(const QByteArray &path)
     {
@@ -55,6 +60,7 @@ protected:
     }
 
     test::Sandbox m_sandbox;
+    test::SoundDevice m_device;
     test::SessionBus m_bus;
     test::NotificationService m_service{m_bus};
     test::DesktopSession m_desktop{m_sandbox};
@@ -62,16 +68,32 @@ protected:
     std::unique_ptr<ProgramRun> m_program;
 };
 
-TEST_F(ProgramInQuietTime, aFinishedDownloadDoesNotPopUpUntilNoticesAreWelcomeAgain)
+TEST_F(ProgramInQuietTime, aFinishedDownloadIsNeitherSeenNorHeardUntilNoticesAreWelcomeAgain)
 {
     m_service.answer(Answer::Yes);
     download("/first.mp4");
-    m_service.answer(Answer::No);
     download("/second.mp4");
+    // By the second question the first answer has done what it does.
+    EXPECT_EQ(m_device.heard(), QByteArray());
+    m_service.answer(Answer::No);
+    download("/third.mp4");
     static_cast<void>(m_desktop.waitForWindow(kPopup));
-    // Had the first come up, it would still stand below the second.
+    test::waitUntil("the sound", [this] { return !m_device.heard().isEmpty(); });
+    // Had one before come up, it would still stand below this one.
     const QByteArray popups = m_desktop.ask({u"search"_s, u"--onlyvisible"_s, u"--name"_s, kPopup});
     EXPECT_EQ(popups.count('\n') + 1, 1) << popups.constData();
+}
+
+TEST_F(ProgramInQuietTime, aSoundDeviceThatHangsHoldsNoPopupBack)
+{
+    m_device.hang();
+    // Found by the program that is started anew.
+    m_program->signal(SIGTERM);
+    EXPECT_EQ(m_program->finish(), 0);
+    start();
+    download("/first.mp4");
+    static_cast<void>(m_desktop.waitForWindow(kPopup));
+    download("/second.mp4");
 }
 
 TEST_F(ProgramInQuietTime, aDesktopThatHangsHoldsNoPopupBack)
