@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <thread>
+
 namespace tollivar::app {
 namespace {
 
@@ -79,6 +82,45 @@ TEST_F(ConversionsTest, aFailureIsKeptWithItsReasonUntilTheNextTry)
         << m_conversions.failure(7).toStdString();
     m_conversions.stop(7);
     EXPECT_EQ(m_conversions.failure(7), QString());
+}
+
+TEST_F(ConversionsTest, aFailureHasTheConvertersLastLineAndTheDownloadStays)
+{
+    const auto damaged = make(u"damaged"_s, 0);
+    m_sandbox.write(u"damaged.mp4"_s, "no media");
+    m_conversions.start(3, damaged);
+    waitForEnd(3);
+    EXPECT_TRUE(m_conversions.failure(3).contains(u"Invalid data found"_s))
+        << m_conversions.failure(3).toStdString();
+    EXPECT_EQ(m_sandbox.read(u"damaged.mp4"_s), "no media");
+    EXPECT_FALSE(QFile::exists(convert::convertedPath(damaged)));
+}
+
+TEST_F(ConversionsTest, atMostOneForEveryTwoCoresRunsAtATime)
+{
+    const int limit = std::max(1, static_cast<int>(std::thread::hardware_concurrency()) / 2);
+    const int count = limit + 2;
+    std::vector<tasks::TaskInfo> converted;
+    for (int id = 1; id <= count; ++id) {
+        // Long enough to be seen side by side, were they all begun at once.
+        converted.push_back(make(u"sound %1"_s.arg(id), 120));
+        m_conversions.start(static_cast<std::uint32_t>(id), converted.back());
+    }
+    qsizetype most = 0;
+    test::waitUntil("the end of all", [&] {
+        const auto halves =
+            QDir(m_sandbox.path()).entryList({u".converting-*"_s}, QDir::Files | QDir::Hidden);
+        most = std::max(most, halves.size());
+        return !m_conversions.percent(static_cast<std::uint32_t>(count)).has_value();
+    });
+    EXPECT_GE(most, 1);
+    EXPECT_LE(most, limit);
+    for (int id = 1; id < count; ++id) {
+        waitForEnd(static_cast<std::uint32_t>(id));
+    }
+    for (const tasks::TaskInfo &task : converted) {
+        EXPECT_TRUE(QFile::exists(convert::convertedPath(task)));
+    }
 }
 
 TEST_F(ConversionsTest, aStopForgetsWhatWaitsAndEndsWhatRuns)

@@ -51,6 +51,30 @@ protected:
                              [this](int percent) { m_percents.push_back(percent); });
     }
 
+    /// The half file, once there is one of that type.
+    template<typename Result>
+    QString waitForHalf(const std::future<Result> &running, const QString &type) const
+    {
+        QString half = m_sandbox.file(u".converting-"_s + m_task.strOutputName + type);
+        while (!QFile::exists(half) && running.wait_for(1ms) != std::future_status::ready) {
+        }
+        EXPECT_TRUE(QFile::exists(half));
+        return half;
+    }
+
+    /// Has a shell's script do the conversions; questions about files go to the real converter.
+    void useConverter(const QByteArray &script) const
+    {
+        QDir().mkpath(m_sandbox.file(u"Transcoder"_s));
+        m_sandbox.write(u"Transcoder/TransVert"_s,
+                        "#!/bin/sh\ncase \"$*\" in *' -y '*) ;; *) exec '" TOLLIVAR_PROGRAMS
+                        "/Transcoder/TransVert' \"$@\";; esac\n" +
+                            script + '\n');
+        QFile::setPermissions(m_sandbox.file(u"Transcoder/TransVert"_s),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QDir::setCurrent(m_sandbox.path());
+    }
+
     QByteArray probe() const
     {
         return test::runToEnd({u"ffprobe"_s, u"-v"_s, u"error"_s, u"-show_entries"_s,
@@ -133,15 +157,62 @@ TEST_F(ConversionRun, aStopEndsItAtOnceAndLeavesNoHalfFile)
     make({u"testsrc=size=1280x720:rate=50:duration=60"_s}, {u"-c:v"_s, u"mpeg4"_s});
     choose(u"AVI - Audio-Video Interleaved (*.avi)"_s);
     auto running = std::async(std::launch::async, [this] { return run(); });
-    const QString half = m_sandbox.file(u".converting-"_s + m_task.strOutputName + u".avi"_s);
-    while (!QFile::exists(half) && running.wait_for(1ms) != std::future_status::ready) {
-    }
+    const QString half = waitForHalf(running, u".avi"_s);
     const auto begin = std::chrono::steady_clock::now();
     m_stop.set();
     EXPECT_EQ(running.get().end, ConversionEnd::Stopped);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
     EXPECT_FALSE(QFile::exists(half));
     EXPECT_FALSE(QFile::exists(convertedPath(m_task)));
+}
+
+TEST_F(ConversionRun, aStopOfOneThatIsItsOwnOutputLeavesTheInputAsItWas)
+{
+    make({u"testsrc=size=640x360:rate=50:duration=60"_s}, {u"-c:v"_s, u"mpeg4"_s});
+    const QByteArray before = m_sandbox.read(m_task.strOutputName + u".mp4"_s);
+    choose(u"MP4 - MPEG-4 Video (*.mp4)"_s);
+    auto running = std::async(std::launch::async, [this] { return run(); });
+    waitForHalf(running, u".mp4"_s);
+    m_stop.set();
+    EXPECT_EQ(running.get().end, ConversionEnd::Stopped);
+    EXPECT_EQ(m_sandbox.read(m_task.strOutputName + u".mp4"_s), before);
+}
+
+TEST_F(ConversionRun, oneThatIsItsOwnOutputTakesTheInputsPlace)
+{
+    make({u"testsrc=size=320x240:rate=25:duration=1"_s});
+    choose(u"MP4 - MPEG-4 Video (*.mp4)"_s);
+    EXPECT_TRUE(run().isGood);
+    EXPECT_TRUE(probe().contains("width=640"));
+}
+
+TEST_F(ConversionRun, aConverterThatIsKilledLeavesNoHalfFile)
+{
+    make({u"sine=duration=1"_s});
+    choose(u"MP3 - MPEG Layer-3 (*.mp3)"_s);
+    const QString half = m_sandbox.file(u".converting-"_s + m_task.strOutputName + u".mp3"_s);
+    useConverter("echo half > '" + half.toUtf8() + "'; echo begun; kill -KILL $$");
+    const ConversionResult result = run();
+    EXPECT_EQ(result.end, ConversionEnd::Ended);
+    EXPECT_FALSE(result.isGood);
+    EXPECT_EQ(result.lastLine, u"begun"_s);
+    EXPECT_FALSE(QFile::exists(half));
+    EXPECT_FALSE(QFile::exists(convertedPath(m_task)));
+}
+
+TEST_F(ConversionRun, aConverterThatSaysItSucceededIsNotBelievedWithoutAFileThatReads)
+{
+    make({u"sine=duration=1"_s});
+    choose(u"MP3 - MPEG Layer-3 (*.mp3)"_s);
+    const QByteArray output = "'" + convertedPath(m_task).toUtf8() + "'";
+    for (const QByteArray &deed :
+         {QByteArray("true"), "touch " + output, "echo nonsense > " + output}) {
+        useConverter(deed + "; echo done");
+        const ConversionResult result = run();
+        EXPECT_EQ(result.end, ConversionEnd::Ended) << deed.constData();
+        EXPECT_FALSE(result.isGood) << deed.constData();
+        EXPECT_EQ(result.lastLine, u"done"_s) << deed.constData();
+    }
 }
 
 TEST_F(ConversionRun, theLengthOfAFileIsTold)
