@@ -103,8 +103,11 @@ TEST_F(ConversionsTest, atMostOneForEveryTwoCoresRunsAtATime)
     std::vector<tasks::TaskInfo> converted;
     for (int id = 1; id <= count; ++id) {
         // Long enough to be seen side by side, were they all begun at once.
-        converted.push_back(make(u"sound %1"_s.arg(id), 120));
-        m_conversions.start(static_cast<std::uint32_t>(id), converted.back());
+        converted.push_back(make(u"sound %1"_s.arg(id), 300));
+    }
+    for (int id = 1; id <= count; ++id) {
+        m_conversions.start(static_cast<std::uint32_t>(id),
+                            converted[static_cast<std::size_t>(id) - 1]);
     }
     qsizetype most = 0;
     test::waitUntil("the end of all", [&] {
