@@ -89,7 +89,7 @@ ui::CTollivarDlg &WindowWorld::open()
         },
         .readCapturedText = [this](const QString & /*text*/) { return captured; },
         .conversionOf = {},
-        .stopConversion = {},
+        .stopConversion = [this](std::uint32_t task) { stoppedConversions.push_back(task); },
         .wantsFlashNote = {},
     });
     m_window->show();

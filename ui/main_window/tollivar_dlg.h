@@ -140,6 +140,8 @@ private:
     DialogResult openAddTask(const QString &address);
     void startSelected();
     void stopSelected();
+    /// Of the rows' finished tasks; nobody could stop them once the rows are gone.
+    void stopConversions(const std::vector<int> &rows);
     void removeSelected();
     void clearCompleted();
     void setFilter(tasks::TaskFilter filter);

@@ -16,6 +16,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tollivar::ui {
 
@@ -151,7 +152,12 @@ void CTollivarDlg::startSelected()
 void CTollivarDlg::stopSelected()
 {
     m_commands.stopSelected();
-    for (const int row : m_list->selectedRows()) {
+    stopConversions(m_list->selectedRows());
+}
+
+void CTollivarDlg::stopConversions(const std::vector<int> &rows)
+{
+    for (const int row : rows) {
         const auto *worker = m_services.manager.workerAt(row);
         if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
             m_services.stopConversion) {
@@ -172,6 +178,7 @@ void CTollivarDlg::removeSelected()
     }
     CConfirmDeleteDlg dialog(this, m_services.texts.dialog);
     if (dialog.exec() == QDialog::Accepted) {
+        stopConversions(m_list->selectedRows());
         m_commands.removeSelected(dialog.files());
         refreshCaptions();
     }
@@ -184,6 +191,10 @@ void CTollivarDlg::clearCompleted()
         return;
     }
     button("btnDownloaded"_L1).setChecked(true);
+    m_services.manager.setFilter(TaskFilter::Downloaded);
+    std::vector<int> rows(static_cast<std::size_t>(m_services.manager.visibleCount()));
+    std::iota(rows.begin(), rows.end(), 0);
+    stopConversions(rows);
     m_commands.clearCompleted();
     refreshCaptions();
 }

@@ -519,6 +519,39 @@ TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
     EXPECT_EQ(wanted[0][1].toUInt(), done);
 }
 
+TEST_F(TollivarDlgTest, stopEndsTheConversionsOfTheSelectedFinishedTasks)
+{
+    m_world.add(u"a"_s);
+    const auto first = m_world.addCompleted(u"b"_s);
+    m_world.addCompleted(u"c"_s);
+    open();
+    click(u"btnDownloaded"_s);
+    click(u"btnAll"_s);
+    m_list->selectRows({0, 1});
+    click(u"btnStop"_s);
+    EXPECT_THAT(m_world.stoppedConversions, ElementsAre(first));
+}
+
+TEST_F(TollivarDlgTest, aTaskThatIsRemovedIsNotConvertedOn)
+{
+    m_world.add(u"a"_s);
+    const auto selected = m_world.addCompleted(u"b"_s);
+    const auto cleared = m_world.addCompleted(u"c"_s);
+    open();
+    click(u"btnDownloaded"_s);
+    click(u"btnAll"_s);
+    m_list->selectRows({0, 1});
+    pressInDialog(u"btnCancel"_s);
+    click(u"btnRemove"_s);
+    EXPECT_TRUE(m_world.stoppedConversions.empty());
+    pressInDialog(u"btnOK"_s);
+    click(u"btnRemove"_s);
+    EXPECT_THAT(m_world.stoppedConversions, ElementsAre(selected));
+    answer(QMessageBox::Yes);
+    click(u"btnClearAll"_s);
+    EXPECT_THAT(m_world.stoppedConversions, ElementsAre(selected, cleared));
+}
+
 TEST_F(TollivarDlgTest, aRecordThatWasChosenQuicklyBecomesATaskWithoutADialog)
 {
     CTollivarDlg &window = open();
