@@ -36,7 +36,8 @@ class Screen:
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-fbdir",
-             str(folder), "-nolisten", "tcp"], pass_fds=[write_end], stderr=subprocess.DEVNULL)
+             str(folder), "-nolisten", "tcp", "-noreset"], pass_fds=[write_end],
+            stderr=subprocess.DEVNULL)
         os.close(write_end)
         with os.fdopen(read_end) as told:
             os.environ["DISPLAY"] = ":" + told.readline().strip()

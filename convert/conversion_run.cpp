@@ -127,6 +127,7 @@ ConversionResult RunConversion(tasks::TaskInfo task, platform::AutoResetEvent &s
     if (!result.isGood) {
         // A converter that was killed has left it.
         QFile::remove(fetch::convertingPath(output));
+        result.end = stop.poll() ? ConversionEnd::Stopped : ConversionEnd::Ended;
     }
     return result;
 }

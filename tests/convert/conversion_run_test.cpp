@@ -62,14 +62,15 @@ protected:
         return half;
     }
 
-    /// Has a shell's script do the conversions; questions about files go to the real converter.
-    void useConverter(const QByteArray &script) const
+    /// Has a shell's script do the conversions. Questions about files go to the real converter,
+    /// unless another script answers them.
+    void useConverter(const QByteArray &conversion, const QByteArray &question = {}) const
     {
         QDir().mkpath(m_sandbox.file(u"Transcoder"_s));
-        m_sandbox.write(u"Transcoder/TransVert"_s,
-                        "#!/bin/sh\ncase \"$*\" in *' -y '*) ;; *) exec '" TOLLIVAR_PROGRAMS
-                        "/Transcoder/TransVert' \"$@\";; esac\n" +
-                            script + '\n');
+        m_sandbox.write(u"Transcoder/TransVert"_s, "#!/bin/sh\ncase \"$*\" in *' -y '*) " +
+                                                       conversion + "; exit;; esac\n" + question +
+                                                       "\nexec '" TOLLIVAR_PROGRAMS
+                                                       "/Transcoder/TransVert' \"$@\"\n");
         QFile::setPermissions(m_sandbox.file(u"Transcoder/TransVert"_s),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QDir::setCurrent(m_sandbox.path());
@@ -213,6 +214,22 @@ TEST_F(ConversionRun, aConverterThatSaysItSucceededIsNotBelievedWithoutAFileThat
         EXPECT_FALSE(result.isGood) << deed.constData();
         EXPECT_EQ(result.lastLine, u"done"_s) << deed.constData();
     }
+}
+
+TEST_F(ConversionRun, aStopWhileTheOutputIsBeingCheckedIsAStopAndNoFailure)
+{
+    make({u"sine=duration=1"_s});
+    choose(u"MP3 - MPEG Layer-3 (*.mp3)"_s);
+    const QByteArray output = convertedPath(m_task).toUtf8();
+    const QString checking = m_sandbox.file(u"checking"_s);
+    useConverter("echo music > '" + output + "'", "case \"$*\" in *'" + output + "') echo > '" +
+                                                      checking.toUtf8() +
+                                                      "'; exec sleep 600;; esac");
+    auto running = std::async(std::launch::async, [this] { return run(); });
+    while (!QFile::exists(checking) && running.wait_for(1ms) != std::future_status::ready) {
+    }
+    m_stop.set();
+    EXPECT_EQ(running.get().end, ConversionEnd::Stopped);
 }
 
 TEST_F(ConversionRun, theLengthOfAFileIsTold)
