@@ -32,11 +32,12 @@ DesktopSession::DesktopSession(const Sandbox &sandbox)
     : m_oldDisplay(qgetenv("DISPLAY"))
     , m_oldPlatform(qgetenv("QT_QPA_PLATFORM"))
 {
-    // The server chooses a free number itself and tells it.
+    // The server chooses a free number itself and tells it. It must not start anew when the last
+    // of its clients leaves, which here is every tool that only asks.
     start(m_server, QStringLiteral("Xvfb"),
           {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-           QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
-           QStringLiteral("tcp")});
+           QStringLiteral("0"), QStringLiteral("1280x1024x24"), QStringLiteral("-noreset"),
+           QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     EXPECT_TRUE(m_server.waitForReadyRead(kLimitMs));
     qputenv("DISPLAY", ":" + m_server.readLine().trimmed());
     qputenv("QT_QPA_PLATFORM", "xcb");
