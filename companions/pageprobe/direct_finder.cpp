@@ -62,7 +62,9 @@ platform::Result<std::vector<MediaFound>> DirectFinder::find(const FindRequest &
     }
     const QString type = QString::fromLatin1(client->header("Content-Type").value_or(QByteArray()));
     const QString final = client->finalAddress();
-    if (capture::kindOf(type, final) == MediaKind::None) {
+    const MediaKind kind = capture::kindOf(type, final);
+    // A playlist is some lines of text; another finder may know the film that they name.
+    if (kind == MediaKind::None || kind == MediaKind::Playlist) {
         return std::vector<MediaFound>{};
     }
     return std::vector<MediaFound>{{.address = request.address,

@@ -93,6 +93,15 @@ TEST(DirectFinder, takesNoPageAndNothingThatIsNotThere)
     }
 }
 
+TEST(DirectFinder, takesNoPlaylistForTheFilm)
+{
+    HttpSite site;
+    site.on("/live.m3u8", answer("#EXTM3U", "text/plain"));
+    site.on("/manifest", answer("<MPD/>", "application/dash+xml"));
+    EXPECT_TRUE(find<DirectFinder>(site.address("/live.m3u8")).empty());
+    EXPECT_TRUE(find<DirectFinder>(site.address("/manifest")).empty());
+}
+
 TEST(DirectFinder, goesByTheEndingWhereTheTypeSaysNothing)
 {
     HttpSite site;
