@@ -1,3 +1,4 @@
+#include "platform/internal/descriptor_posix.h"
 #include "platform/tcp_connect.h"
 
 #include <QByteArray>
@@ -24,34 +25,6 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-/// Closes a descriptor when it goes.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int value) : m_value(value) {}
-    ~Descriptor()
-    {
-        if (m_value >= 0) {
-            ::close(m_value);
-        }
-    }
-    Descriptor(Descriptor &&other) noexcept : m_value(std::exchange(other.m_value, -1)) {}
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_value, other.m_value);
-        return *this;
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    [[nodiscard]] int get() const { return m_value; }
-    [[nodiscard]] int take() { return std::exchange(m_value, -1); }
-    [[nodiscard]] bool isOpen() const { return m_value >= 0; }
-
-private:
-    int m_value = -1;
-};
 
 struct Address {
     sockaddr_storage bytes{};

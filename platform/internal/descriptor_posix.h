@@ -23,6 +23,8 @@ public:
     ~Descriptor() { close(); }
 
     [[nodiscard]] int get() const { return m_value; }
+    /// Leaves it to the caller, who closes it.
+    [[nodiscard]] int take() { return std::exchange(m_value, -1); }
     [[nodiscard]] bool isOpen() const { return m_value >= 0; }
     void close()
     {
