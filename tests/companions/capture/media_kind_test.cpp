@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace tollivar::capture {
 namespace {
 
@@ -11,6 +13,11 @@ struct KindCase {
     const char16_t *address;
     MediaKind kind;
 };
+
+void PrintTo(const KindCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
 
 class KindOf : public ::testing::TestWithParam<KindCase> {};
 

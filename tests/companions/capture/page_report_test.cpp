@@ -83,6 +83,11 @@ struct RefererCase {
     const char16_t *referer;
 };
 
+void PrintTo(const RefererCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
 class RefererFor : public ::testing::TestWithParam<RefererCase> {};
 
 TEST_P(RefererFor, isAsTheTableSays)

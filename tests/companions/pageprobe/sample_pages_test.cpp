@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -25,6 +27,11 @@ struct SamplePage {
     const char *referer;
     const char *cookies;
 };
+
+void PrintTo(const SamplePage &row, std::ostream *out)
+{
+    *out << row.name;
+}
 
 class SamplePages : public ::testing::TestWithParam<SamplePage> {
 protected:

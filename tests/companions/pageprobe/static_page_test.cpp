@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -34,6 +36,11 @@ struct PageCase {
     const char *html;
     const char *address; ///< of the one medium; empty when there is none
 };
+
+void PrintTo(const PageCase &row, std::ostream *out)
+{
+    *out << row.name;
+}
 
 class StaticPageForm : public ::testing::TestWithParam<PageCase> {};
 
