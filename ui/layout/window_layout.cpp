@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <array>
+#include <cstdlib>
 #include <optional>
 #include <vector>
 
@@ -22,11 +23,6 @@ LayoutMode layoutMode = LayoutMode::Ignore;
 
 /// No window or control is placed further away, whatever the file says.
 constexpr int kLargestCoordinate = 16'384;
-
-platform::IniFile layoutFile()
-{
-    return platform::IniFile(platform::programDirectory() + u"/layout.ini"_s);
-}
 
 QString rectangleText(const QRect &rectangle)
 {
@@ -46,7 +42,7 @@ std::optional<QRect> readRectangle(const QString &text)
     for (std::size_t i = 0; i < values.size(); ++i) {
         bool isNumber = false;
         values[i] = pieces[static_cast<qsizetype>(i)].toInt(&isNumber);
-        if (!isNumber || std::abs(values[i]) > kLargestCoordinate) {
+        if (!isNumber || values[i] < -kLargestCoordinate || values[i] > kLargestCoordinate) {
             return std::nullopt;
         }
     }
@@ -74,13 +70,15 @@ std::optional<QFont> readFont(const QString &text, const QString &face)
     if (pieces.size() != kFields || face.isEmpty()) {
         return std::nullopt;
     }
-    const int height = std::abs(pieces[0].toInt());
+    // Negative where it is the height of the letters rather than of the line.
+    const int height = pieces[0].toInt();
     const int weight = pieces[4].toInt();
-    if (height < 1 || height > kLargestFont || weight < 1 || weight > kLargestWeight) {
+    if (height == 0 || height < -kLargestFont || height > kLargestFont || weight < 1 ||
+        weight > kLargestWeight) {
         return std::nullopt;
     }
     QFont font(face);
-    font.setPixelSize(height);
+    font.setPixelSize(std::abs(height));
     font.setWeight(static_cast<QFont::Weight>(weight));
     font.setItalic(pieces[5] == u"1"_s);
     font.setUnderline(pieces[6] == u"1"_s);
@@ -131,9 +129,14 @@ void setLayoutMode(LayoutMode mode)
     layoutMode = mode;
 }
 
-void saveLayout(const QWidget &window, const QString &section)
+QString layoutPath()
 {
-    const auto file = layoutFile();
+    return platform::programDirectory() + u"/layout.ini"_s;
+}
+
+void saveLayout(const QWidget &window, const QString &section, const QString &path)
+{
+    const platform::IniFile file(path);
     storeOne(file, section, section, QRect(QPoint(0, 0), window.size()), window.font());
     const auto controls = namedControls(window);
     for (qsizetype number = 0; number < controls.size(); ++number) {
@@ -143,12 +146,12 @@ void saveLayout(const QWidget &window, const QString &section)
     }
 }
 
-void restoreLayout(QWidget &window, const QString &section)
+void restoreLayout(QWidget &window, const QString &section, const QString &path)
 {
     if (layoutMode != LayoutMode::Restore) {
         return;
     }
-    const auto file = layoutFile();
+    const platform::IniFile file(path);
     if (const auto rectangle = readRectangle(file.read(section, section))) {
         window.resize(rectangle->size());
     }

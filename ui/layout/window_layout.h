@@ -15,12 +15,15 @@ namespace tollivar::ui {
 enum class LayoutMode : int { Ignore = 0, Restore = 2 };
 void setLayoutMode(LayoutMode mode);
 
+/// "layout.ini" beside the program.
+[[nodiscard]] QString layoutPath();
+
 /// Writes rectangle and font of the window and of every named control of it.
 /// A file that cannot be written stays as it was.
-void saveLayout(const QWidget &window, const QString &section);
+void saveLayout(const QWidget &window, const QString &section, const QString &path = layoutPath());
 
 /// Gives the window the stored size, and its controls theirs, while the mode is Restore. Entries
 /// that are missing, malformed or absurd are passed over.
-void restoreLayout(QWidget &window, const QString &section);
+void restoreLayout(QWidget &window, const QString &section, const QString &path = layoutPath());
 
 } // namespace tollivar::ui
