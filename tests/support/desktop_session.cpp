@@ -28,6 +28,43 @@ void start(QProcess &process, const QString &program, const QStringList &argumen
 
 } // namespace
 
+/// Another program that something can be dragged from.
+class DesktopSession::DragSource {
+public:
+    DragSource(const DesktopSession &desktop, const QStringList &dragged) : m_desktop(desktop)
+    {
+        start(m_process, QStringLiteral(TOLLIVAR_DRAG_SOURCE), dragged);
+    }
+    ~DragSource()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    DragSource(const DragSource &) = delete;
+    DragSource &operator=(const DragSource &) = delete;
+
+    void pullTo(QPoint target) const
+    {
+        const QString window = m_desktop.waitForWindow(QStringLiteral("^Drag source$"));
+        m_desktop.act({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
+        const QPoint begin = m_desktop.place(window).center();
+        m_desktop.pull(begin, target - begin);
+    }
+    void waitFor(const char *word)
+    {
+        waitUntil(word, [&] {
+            m_process.waitForReadyRead(0);
+            m_said += m_process.readAllStandardOutput();
+            return m_said.contains(word);
+        });
+    }
+
+private:
+    const DesktopSession &m_desktop;
+    QProcess m_process;
+    QByteArray m_said;
+};
+
 DesktopSession::DesktopSession(const Sandbox &sandbox)
     : m_oldDisplay(qgetenv("DISPLAY"))
     , m_oldPlatform(qgetenv("QT_QPA_PLATFORM"))
@@ -53,6 +90,7 @@ DesktopSession::DesktopSession(const Sandbox &sandbox)
 
 DesktopSession::~DesktopSession()
 {
+    m_dragSource.reset();
     for (QProcess *process : {&m_copier, &m_tray, &m_manager, &m_server}) {
         process->kill();
         process->waitForFinished();
@@ -79,6 +117,13 @@ QString DesktopSession::window(const QString &title) const
     const QByteArray found = ask({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                                   QStringLiteral("--name"), title});
     return QString::fromLatin1(found.split('\n').front());
+}
+
+qsizetype DesktopSession::windowCount(const QString &title) const
+{
+    const QByteArray found = ask({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                  QStringLiteral("--name"), title});
+    return found.isEmpty() ? 0 : found.count('\n') + 1;
 }
 
 QString DesktopSession::waitForWindow(const QString &title) const
@@ -141,6 +186,12 @@ void DesktopSession::doubleClick(QPoint place) const
 
 void DesktopSession::drag(QPoint place, QPoint way) const
 {
+    pull(place, way);
+    letGo();
+}
+
+void DesktopSession::pull(QPoint place, QPoint way) const
+{
     constexpr int kSteps = 10;
     act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
          QStringLiteral("mousedown"), QStringLiteral("1")});
@@ -148,6 +199,10 @@ void DesktopSession::drag(QPoint place, QPoint way) const
         const QPoint next = place + way * step / kSteps;
         act({QStringLiteral("mousemove"), QString::number(next.x()), QString::number(next.y())});
     }
+}
+
+void DesktopSession::letGo() const
+{
     act({QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
@@ -159,6 +214,27 @@ void DesktopSession::copy(const QString &text)
           {QStringLiteral("-quiet"), QStringLiteral("-selection"), QStringLiteral("clipboard")});
     m_copier.write(text.toUtf8());
     m_copier.closeWriteChannel();
+}
+
+// The last source stays: who took something asks it for the contents afterwards.
+
+void DesktopSession::dropText(const QString &text, QPoint target)
+{
+    m_dragSource.reset();
+    m_dragSource = std::make_unique<DragSource>(*this, QStringList{QStringLiteral("text"), text});
+    m_dragSource->pullTo(target);
+    m_dragSource->waitFor("welcome");
+    letGo();
+    m_dragSource->waitFor("taken");
+}
+
+void DesktopSession::dropFileInVain(const QString &path, QPoint target)
+{
+    m_dragSource.reset();
+    m_dragSource = std::make_unique<DragSource>(*this, QStringList{QStringLiteral("file"), path});
+    m_dragSource->pullTo(target);
+    letGo();
+    m_dragSource->waitFor("refused");
 }
 
 void DesktopSession::press(const QString &window, const QString &keys) const

@@ -6,6 +6,8 @@
 #include <QRect>
 #include <QStringList>
 
+#include <memory>
+
 namespace tollivar::test {
 
 /// A desktop of the test's own: an X server without a screen and a window manager. Programs that the
@@ -37,20 +39,32 @@ public:
     [[nodiscard]] QString active() const;
     /// A property of a window as xprop shows it.
     [[nodiscard]] QByteArray property(const QString &window, const QString &name) const;
+    /// How many windows have such a title.
+    [[nodiscard]] qsizetype windowCount(const QString &title) const;
     /// Where the window lies, in pixels of the screen.
     [[nodiscard]] QRect place(const QString &window) const;
     /// Moves the pointer there and presses the left button twice, quickly.
     void doubleClick(QPoint place) const;
     /// The same once, and moves the pointer by `way` before letting the button go.
     void drag(QPoint place, QPoint way) const;
+    /// The first half of that.
+    void pull(QPoint place, QPoint way) const;
+    void letGo() const;
     /// Another program copies this.
     void copy(const QString &text);
+    /// A person drags a text out of another program and lets it go where it is welcome.
+    void dropText(const QString &text, QPoint target);
+    /// The same with a file that is not.
+    void dropFileInVain(const QString &path, QPoint target);
 
 private:
+    class DragSource;
+
     QProcess m_server;
     QProcess m_manager;
     QProcess m_tray;
     QProcess m_copier;
+    std::unique_ptr<DragSource> m_dragSource;
     QByteArray m_oldDisplay;
     QByteArray m_oldPlatform;
 };

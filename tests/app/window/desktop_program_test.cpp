@@ -178,6 +178,26 @@ TEST_F(ProgramOnDesktop, aWatchPageThatAnotherProgramCopiesIsOffered)
     end();
 }
 
+TEST_F(ProgramOnDesktop, textDroppedOnTheDropZoneIsOfferedAndAFileIsNot)
+{
+    waitUntilActive(start());
+    const QPoint zone = m_desktop.place(m_desktop.waitForWindow(kDropZone)).center();
+    m_desktop.dropFileInVain(m_sandbox.file(u"clip.mp4"_s), zone);
+    m_desktop.dropText(u"http://site.example/clip"_s, zone);
+    static_cast<void>(m_desktop.waitForWindow(kAddTask));
+    EXPECT_EQ(m_desktop.windowCount(kAddTask), 1);
+    end();
+}
+
+TEST_F(ProgramOnDesktop, textDroppedOnTheWindowIsOffered)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.dropText(u"http://site.example/clip"_s, m_desktop.place(window).center());
+    static_cast<void>(m_desktop.waitForWindow(kAddTask));
+    end();
+}
+
 TEST_F(ProgramOnDesktop, enterAndEscapeDoNotCloseTheMainWindow)
 {
     const QString window = start();
