@@ -28,6 +28,7 @@ std::size_t mostAtOnce()
 struct Conversions::Run {
     tasks::TaskInfo task;
     platform::AutoResetEvent stop;
+    bool isStopping = false;
     std::atomic<int> percent = 0;
     /// Written by the thread before it tells its end.
     ConversionResult result;
@@ -62,7 +63,9 @@ void Conversions::stopAll()
 
 void Conversions::start(std::uint32_t taskId, const tasks::TaskInfo &task)
 {
-    if (percent(taskId)) {
+    const auto run = m_runs.find(taskId);
+    const bool isEnding = run != m_runs.end() && run->second->isStopping;
+    if (waits(taskId) || (percent(taskId) && !isEnding)) {
         return;
     }
     m_failures.erase(taskId);
@@ -73,9 +76,16 @@ void Conversions::start(std::uint32_t taskId, const tasks::TaskInfo &task)
 
 void Conversions::beginWaiting()
 {
-    while (!m_waiting.empty() && m_runs.size() < mostAtOnce()) {
-        const auto [id, task] = m_waiting.front();
-        m_waiting.pop_front();
+    while (m_runs.size() < mostAtOnce()) {
+        // A task whose stopped run has not ended yet lets others go first.
+        const auto next =
+            std::find_if(m_waiting.begin(), m_waiting.end(),
+                         [this](const auto &waiting) { return !m_runs.contains(waiting.first); });
+        if (next == m_waiting.end()) {
+            return;
+        }
+        const auto [id, task] = *next;
+        m_waiting.erase(next);
         begin(id, task);
     }
 }
@@ -118,6 +128,7 @@ void Conversions::stop(std::uint32_t taskId)
 {
     const auto run = m_runs.find(taskId);
     if (run != m_runs.end()) {
+        run->second->isStopping = true;
         run->second->stop.set();
     }
     std::erase_if(m_waiting, [taskId](const auto &waiting) { return waiting.first == taskId; });
@@ -131,10 +142,13 @@ std::optional<int> Conversions::percent(std::uint32_t taskId) const
     if (run != m_runs.end()) {
         return run->second->percent.load();
     }
-    const bool waits =
-        std::any_of(m_waiting.begin(), m_waiting.end(),
-                    [taskId](const auto &waiting) { return waiting.first == taskId; });
-    return waits ? std::optional(0) : std::nullopt;
+    return waits(taskId) ? std::optional(0) : std::nullopt;
+}
+
+bool Conversions::waits(std::uint32_t taskId) const
+{
+    return std::any_of(m_waiting.begin(), m_waiting.end(),
+                       [taskId](const auto &waiting) { return waiting.first == taskId; });
 }
 
 QString Conversions::failure(std::uint32_t taskId) const

@@ -28,7 +28,8 @@ public:
     Conversions(const Conversions &) = delete;
     Conversions &operator=(const Conversions &) = delete;
 
-    /// Begins, or waits to begin; a task that is being converted goes on as it is.
+    /// Begins, or waits to begin; a task that is being converted goes on as it is, and one that was
+    /// just stopped begins anew.
     void start(std::uint32_t taskId, const tasks::TaskInfo &task);
     /// Ends a conversion that runs, forgets one that waits, and why one failed.
     void stop(std::uint32_t taskId);
@@ -46,6 +47,7 @@ private:
 
     void begin(std::uint32_t taskId, const tasks::TaskInfo &task);
     void beginWaiting();
+    [[nodiscard]] bool waits(std::uint32_t taskId) const;
     void take(const platform::AppMessage &message);
 
     std::function<void(std::uint32_t)> m_onChange;

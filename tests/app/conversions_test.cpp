@@ -126,6 +126,17 @@ TEST_F(ConversionsTest, atMostOneForEveryTwoCoresRunsAtATime)
     }
 }
 
+TEST_F(ConversionsTest, aTaskStartedRightAfterItsStopIsConvertedAllTheSame)
+{
+    const auto task = make(u"one"_s, 2);
+    m_conversions.start(1, task);
+    m_conversions.stop(1);
+    m_conversions.start(1, task);
+    waitForEnd(1);
+    EXPECT_EQ(m_conversions.failure(1), QString());
+    EXPECT_TRUE(QFile::exists(convert::convertedPath(task)));
+}
+
 TEST_F(ConversionsTest, aStopForgetsWhatWaitsAndEndsWhatRuns)
 {
     const auto task = make(u"one"_s, 2);

@@ -135,6 +135,8 @@ void CTollivarDlg::startSelected()
                                       text(u"strMsgCompletedTasks"),
                                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
         case QMessageBox::Yes:
+            // What is being read is about to be downloaded anew.
+            stopConversions(m_list->selectedRows());
             return Answer::Yes;
         case QMessageBox::No:
             return Answer::No;

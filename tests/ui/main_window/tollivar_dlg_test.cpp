@@ -173,6 +173,20 @@ TEST_F(TollivarDlgTest, completedTasksStartedFromTheirOwnViewAreSelectedAmongThe
     EXPECT_EQ(caption(u"btnDownloaded"_s), u"Downloaded (1)"_s);
 }
 
+TEST_F(TollivarDlgTest, aCompletedTasksConversionEndsWhereTheTaskStartsAnew)
+{
+    const auto done = m_world.addCompleted(u"b"_s);
+    open();
+    click(u"btnDownloaded"_s);
+    m_list->selectRows({0});
+    answer(QMessageBox::No);
+    click(u"btnStart"_s);
+    EXPECT_THAT(m_world.stoppedConversions, ElementsAre());
+    answer(QMessageBox::Yes);
+    click(u"btnStart"_s);
+    EXPECT_THAT(m_world.stoppedConversions, ElementsAre(done));
+}
+
 TEST_F(TollivarDlgTest, removesSelectedTasksAfterTheQuestion)
 {
     m_world.add(u"a"_s);
