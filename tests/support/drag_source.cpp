@@ -16,9 +16,7 @@ namespace {
 
 class Source : public QWidget {
 public:
-    Source(QString kind, QString content)
-        : m_kind(std::move(kind))
-        , m_content(std::move(content))
+    Source(QString kind, QString content) : m_kind(std::move(kind)), m_content(std::move(content))
     {
         setWindowTitle(QStringLiteral("Drag source"));
         resize(100, 60);
