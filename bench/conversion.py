@@ -19,6 +19,8 @@ import tempfile
 import time
 from pathlib import Path
 
+from peers import price
+
 LIMIT = 1.02
 REPORTS = 50_000
 REPORT = """frame={0}
@@ -42,17 +44,6 @@ CASES = {
     "avi": ["-b", "1200k", "-ar", "44100", "-ac", "2", "-t", "60"],
     "mp3": ["-vn", "-ar", "48000", "-ab", "128k", "-ac", "2"],
 }
-
-
-def measure(command, environment=None):
-    """Wall and processor seconds of one run, of its children too."""
-    before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    begin = time.monotonic()
-    subprocess.run(command, check=True, env=environment, stdin=subprocess.DEVNULL,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    wall = time.monotonic() - begin
-    after = resource.getrusage(resource.RUSAGE_CHILDREN)
-    return wall, after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime
 
 
 def with_stand_in(folder, script):
@@ -90,7 +81,7 @@ def compare(transvert, film, output, options, folder, rounds):
     figures = {key: [] for key in commands}
     for turn in range(rounds + 1):
         for key in random.sample(list(commands), len(commands)):
-            figure = measure(commands[key])
+            figure = price(commands[key])
             if turn > 0:  # The first round warms everything up.
                 figures[key].append(figure)
     for key, values in figures.items():

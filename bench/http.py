@@ -8,42 +8,20 @@ throughput of many downloads at once.
 """
 import os
 import random
-import resource
-import socket
 import statistics
-import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
-CONFIGURATION = """
-daemon off; pid {folder}/pid; error_log {folder}/error.log; worker_processes 1;
-events {{ worker_connections 256; }}
-http {{
-    access_log off; sendfile on; client_body_temp_path {folder}/body; proxy_temp_path {folder}/proxy;
-    fastcgi_temp_path {folder}/f; uwsgi_temp_path {folder}/u; scgi_temp_path {folder}/s;
-    server {{ listen 127.0.0.1:{port}; root {folder}/files; }}
-}}
-"""
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+from peers import HTTP, price, serve
 
 
 def measure(command, folder):
-    """Wall and processor seconds of one run, its files removed afterwards."""
-    before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    begin = time.monotonic()
-    subprocess.run(command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    wall = time.monotonic() - begin
-    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    """The price of one run, whose files are removed."""
+    figures = price(command)
     for path in folder.iterdir():
         path.unlink()
-    return wall, after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime
+    return figures
 
 
 def main():
@@ -52,7 +30,6 @@ def main():
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 5
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        folder.chmod(0o755)
         (folder / "files").mkdir()
         out = folder / "out"
         out.mkdir()
@@ -62,16 +39,7 @@ def main():
         with open(folder / "files" / "part.bin", "wb") as part:
             for _ in range(20):
                 part.write(os.urandom(1024 * 1024))
-        port = free_port()
-        (folder / "nginx.conf").write_text(CONFIGURATION.format(folder=folder, port=port))
-        server = subprocess.Popen(["nginx", "-c", str(folder / "nginx.conf"), "-e", str(folder / "e")])
-        try:
-            for _ in range(200):
-                try:
-                    socket.create_connection(("127.0.0.1", port)).close()
-                    break
-                except OSError:
-                    time.sleep(0.05)
+        with serve(HTTP, folder) as port:
             address = f"http://127.0.0.1:{port}/big.bin"
             commands = {
                 "ours": [program, address, str(out)],
@@ -100,9 +68,6 @@ def main():
                 wall = statistics.median(measure([program, part, str(out), str(count)], out)[0]
                                          for _ in range(3))
                 print(f"{count:3} downloads {20 * count / wall:8.0f} MiB/s")
-        finally:
-            server.terminate()
-            server.wait()
 
 
 if __name__ == "__main__":

@@ -5,43 +5,23 @@ usage: bench/rtmp.py BENCH_PROGRAM [SECONDS_OF_STREAM [ROUNDS]]
 
 Prints the medians of wall and processor time and their ratios to the fastest.
 """
-import resource
-import socket
 import statistics
 import subprocess
 import sys
 import tempfile
-import time
 from pathlib import Path
 
-CONFIGURATION = """
-load_module /usr/lib/nginx/modules/ngx_rtmp_module.so;
-daemon off; master_process off; pid {folder}/pid; error_log {folder}/error.log;
-events {{ worker_connections 256; }}
-rtmp {{ server {{ listen 127.0.0.1:{port}; application vod {{ play {folder}/files; }} }} }}
-"""
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+from peers import RTMP, price, serve
 
 
 def measure(command, folder):
-    """Wall and processor seconds of one run, and the bytes of its file, which is removed."""
-    before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    begin = time.monotonic()
-    ended = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    """The price of one run, and the bytes of its file, which is removed."""
     # 2 is what rtmpdump says of a stream that ended a moment before its duration.
-    if ended.returncode not in (0, 2):
-        sys.exit(f"{command[0]} ended with {ended.returncode}")
-    wall = time.monotonic() - begin
-    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    wall, processor = price(command, good=(0, 2))
     size = sum(path.stat().st_size for path in folder.iterdir())
     for path in folder.iterdir():
         path.unlink()
-    return wall, after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime, size
+    return wall, processor, size
 
 
 def main():
@@ -50,7 +30,6 @@ def main():
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 5
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
-        folder.chmod(0o755)
         (folder / "files").mkdir()
         out = folder / "out"
         out.mkdir()
@@ -59,17 +38,7 @@ def main():
                         f"sine=duration={seconds}", "-c:v", "libx264", "-preset", "ultrafast",
                         "-b:v", "4M", "-c:a", "aac", "-f", "flv", str(folder / "files/show.flv")],
                        check=True)
-        port = free_port()
-        (folder / "nginx.conf").write_text(CONFIGURATION.format(folder=folder, port=port))
-        server = subprocess.Popen(["/usr/sbin/nginx", "-c", str(folder / "nginx.conf"),
-                                   "-e", str(folder / "e")])
-        try:
-            for _ in range(200):
-                try:
-                    socket.create_connection(("127.0.0.1", port)).close()
-                    break
-                except OSError:
-                    time.sleep(0.05)
+        with serve(RTMP, folder) as port:
             address = f"rtmp://127.0.0.1:{port}/vod/show.flv"
             commands = {
                 "ours": [program, address, str(out)],
@@ -92,9 +61,6 @@ def main():
             for key, (wall, cpu, written) in medians.items():
                 print(f"{key:9} {wall:8.2f} {wall / least[0]:6.2f} {cpu:8.2f} {cpu / least[1]:6.2f} "
                       f"{written / 2**20:7.1f}")
-        finally:
-            server.terminate()
-            server.wait()
 
 
 if __name__ == "__main__":
