@@ -27,7 +27,7 @@ const QString kLook = uR"(
     tollivar--sniff--MediaPanel { background: #f5f7fa; }
     QTreeView { background: white; border: 1px solid #d5dce6; border-radius: 6px; outline: none;
                 alternate-background-color: #f8fafc; }
-    QTreeView:focus { border-color: #7fb0e4; }
+    QTreeView:focus, #hint:focus { border-color: #7fb0e4; }
     QTreeView::item { padding: 5px 6px; border: none; }
     QTreeView::item:selected { background: #dfeaf7; color: #1f2937; }
     QHeaderView::section { background: #eef2f7; border: none; border-bottom: 1px solid #d5dce6;
@@ -67,6 +67,8 @@ MediaPanel::MediaPanel(QWidget *parent) : QWidget(parent), m_model(new MediaMode
     m_hint->setObjectName(u"hint"_s);
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
+    // Else the keyboard would begin on the button that wipes everything.
+    m_hint->setFocusPolicy(Qt::StrongFocus);
     m_pages = new QStackedWidget;
     m_pages->addWidget(m_hint);
     m_pages->addWidget(makeList());

@@ -3,6 +3,7 @@
 #include "companions/clip_player/look.h"
 #include "companions/clip_player/media_player.h"
 #include "companions/clip_player/player_window.h"
+#include "companions/sniff_browser/media_panel.h"
 #include "tests/support/rtmp_server.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/wait_until.h"
@@ -12,6 +13,7 @@
 #include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
+#include "ui/drop_zone/drag_dlg.h"
 #include "ui/notify/task_notify_dlg.h"
 #include "ui/skin/paint_manager.h"
 
@@ -70,6 +72,12 @@ void fill(test::WindowWorld &world, bool allFailed)
         task.bFileCreated = task.nCompletedStatus;
         auto &worker = world.worker(world.add(task));
         ++place;
+        const bool isRunning = sample.state != TaskState::Completed &&
+                               sample.state != TaskState::Stopped &&
+                               sample.state != TaskState::Failed;
+        if (isRunning && !allFailed) {
+            static_cast<void>(world.manager().start(worker.taskId()));
+        }
         if (allFailed) {
             worker.setState(place % 3 == 0 ? TaskState::ResolvingPage : TaskState::Downloading);
             worker.setFailure(
@@ -157,6 +165,32 @@ void saveDialogs(const QString &folder, const QString &language)
     ui::AboutDialog about(nullptr, texts.dialog);
     about.show();
     save(about, folder, u"about"_s);
+    const platform::AppMessageInbox nobody([](const platform::AppMessage & /*message*/) {});
+    ui::CDragDlg zone(nobody.port(), texts.text);
+    constexpr double kShare = 0.62;
+    zone.setProgress(kShare);
+    zone.show();
+    save(zone, folder, u"drop-zone"_s);
+}
+
+void saveCapturePanel(const QString &folder)
+{
+    sniff::MediaPanel panel;
+    panel.show();
+    save(panel, folder, u"capture-panel-empty"_s);
+    const auto clip = [](const QString &title, const QString &name, std::int64_t megabytes) {
+        return capture::MediaFound{.address = u"https://media.example/"_s + name,
+                                   .title = title,
+                                   .mediaType = u"video/mp4"_s,
+                                   .extension = u".mp4"_s,
+                                   .length = megabytes * kMega,
+                                   .page = u"https://videos.example/watch"_s};
+    };
+    panel.setMedia({clip(u"Harbour at dawn"_s, u"harbour.mp4"_s, 184),
+                    clip(u"Harbour at dawn"_s, u"harbour-small.mp4"_s, 41),
+                    clip(u"Snow in the Dolomites"_s, u"snow.mp4"_s, 96),
+                    clip(u"Evening concert in the old town hall"_s, u"concert.mp4"_s, 240)});
+    save(panel, folder, u"capture-panel"_s);
 }
 
 /// A sun over the sea, for ffmpeg to draw: one picture, shown for as long as is wanted.
@@ -215,6 +249,7 @@ int main(int argc, char **argv)
     saveMain(folder, language);
     saveDialogs(folder, language);
     if (language.isEmpty()) {
+        saveCapturePanel(folder);
         savePlayer(application, folder);
     }
     for (const auto &problem : DuiLib::CPaintManagerUI::takeProblems()) {

@@ -1,5 +1,6 @@
 #include "companions/sniff_browser/media_model.h"
 #include "companions/sniff_browser/media_panel.h"
+#include "tests/support/wait_until.h"
 #include "tests/support/window_driver.h"
 
 #include <QClipboard>
@@ -72,6 +73,15 @@ TEST_F(MediaPanelTest, tellsWhatToDoWhileThereIsNothing)
     EXPECT_TRUE(test::control<QLabel>(m_panel, u"hint"_s)->isVisible());
     EXPECT_FALSE(test::control(m_panel, u"download"_s)->isEnabled());
     EXPECT_EQ(m_panel.windowTitle(), u"Capture Browser"_s);
+}
+
+TEST_F(MediaPanelTest, theKeyboardBeginsWhereTheMediaAreAndNotAtAButton)
+{
+    m_panel.activateWindow();
+    test::waitUntil("the keyboard", [&] { return m_panel.focusWidget() != nullptr; });
+    EXPECT_EQ(m_panel.focusWidget(), test::control(m_panel, u"hint"_s));
+    m_panel.setMedia({clip(u"one"_s)});
+    EXPECT_EQ(m_panel.focusWidget(), &view());
 }
 
 TEST_F(MediaPanelTest, showsTitleTypeSizeAndSite)

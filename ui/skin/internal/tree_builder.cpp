@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -109,7 +110,15 @@ void TreeBuilder::place(const SkinElement &element, int columns, QWidget &contro
         if (cell % columns + span > columns) {
             cell += columns - cell % columns;
         }
-        grid->addWidget(&control, cell / columns, cell % columns, 1, span);
+        const int column = cell % columns;
+        grid->addWidget(&control, cell / columns, column, 1, span);
+        if (const auto stretch = number(element.attribute(u"stretch")); stretch && span == 1) {
+            grid->setColumnStretch(column, *stretch);
+        }
+        if (qobject_cast<QToolButton *>(&control) != nullptr) {
+            // As wide as its column, like everything else there.
+            control.setSizePolicy(QSizePolicy::Preferred, control.sizePolicy().verticalPolicy());
+        }
         cell += span;
     } else if (auto *box = qobject_cast<QBoxLayout *>(parent.layout())) {
         box->addWidget(&control, number(element.attribute(u"stretch")).value_or(0));
