@@ -5,6 +5,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <utility>
 
 namespace tollivar::capture {
 
@@ -28,9 +29,9 @@ bool isNavigation(const DevToolsMessage &event, const QString &target)
 
 } // namespace
 
-BrowsingWatch::BrowsingWatch(platform::GuardedChild &browser, const QString &address)
+BrowsingWatch::BrowsingWatch(platform::GuardedChild &browser, QString address)
     : m_connection(browser, [this](const DevToolsMessage &event) { takeEvent(event); })
-    , m_firstAddress(address)
+    , m_firstAddress(std::move(address))
 {
     m_connection.send(
         QStringLiteral("Browser.getVersion"), {}, {},

@@ -20,7 +20,7 @@ namespace tollivar::capture {
 class BrowsingWatch {
 public:
     /// Opens a window on `address`; an empty one on nothing.
-    BrowsingWatch(platform::GuardedChild &browser, const QString &address);
+    BrowsingWatch(platform::GuardedChild &browser, QString address);
 
     /// Waits a moment for the browser and takes what it says. False when nothing more is to come:
     /// the last window was closed, or the browser is gone.

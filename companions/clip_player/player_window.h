@@ -23,6 +23,8 @@ class PlayerWindow final : public QWidget {
 public:
     explicit PlayerWindow(MediaPlayer &player);
     ~PlayerWindow() override;
+    PlayerWindow(const PlayerWindow &) = delete;
+    PlayerWindow &operator=(const PlayerWindow &) = delete;
 
     /// Plays what a person or another program names; what cannot be played becomes a sentence in
     /// the window.
