@@ -16,6 +16,7 @@ enum class AppMessageId : quint32 {
     ConversionNews = 0x8032,    ///< a conversion went on (second = 0) or ended (second = 1)
     PlayerEvents = 0x8033,      ///< inside the player: its core has something to tell
     PlayerPicture = 0x8034,     ///< inside the player: a picture is drawn
+    BrowserMissing = 0x8035,    ///< a page was not resolved, and there is no browser
 };
 
 /// Identifiers of the texts that other processes hand to the running program.

@@ -1,6 +1,7 @@
 #include "app/cli/task_session.h"
 
 #include "app/cli/exit_status.h"
+#include "app/missing_browser.h"
 #include "convert/converter_command.h"
 #include "platform/interrupt.h"
 #include "tasks/api/failure_text.h"
@@ -14,7 +15,11 @@ namespace {
 
 QString whyItFailed(const tasks::TaskWorker &worker)
 {
-    return tasks::failureText(worker.previousState()) + tasks::failureReason(worker.failure());
+    const QString text =
+        tasks::failureText(worker.previousState()) + tasks::failureReason(worker.failure());
+    return worker.previousState() == TaskState::ResolvingPage && lacksBrowser()
+               ? text + QStringLiteral(" - no browser to open the page with; install chromium")
+               : text;
 }
 
 } // namespace

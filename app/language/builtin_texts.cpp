@@ -91,6 +91,9 @@ constexpr std::array kTexts = {
     BuiltInText{u"strNoTray",
                 u"This desktop has no notification area, so the window is minimized instead. Use "
                 u"\"Exit\" to close the program."},
+    BuiltInText{u"strNoBrowser",
+                u"No browser of the Chromium family is installed. Without one, pages are only read "
+                u"as text, and few show their videos that way. Please install \"chromium\"."},
     BuiltInText{u"strNoClipboardWatch",
                 u"On this desktop the clipboard cannot be watched in the background."},
     BuiltInText{u"strNoConverter", u" Quenmoor Converter has not been installed, please install it "

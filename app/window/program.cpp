@@ -131,6 +131,8 @@ void Program::connectWindow()
                              m_conversions.start(id, task);
                          }
                      });
+    QObject::connect(window, &CTollivarDlg::pageFailed, window,
+                     [this] { m_missingBrowser.pageFailed(); });
     QObject::connect(
         window, &CTollivarDlg::profileWanted, window,
         [this](const tasks::TaskInfo &task, std::uint32_t id) { m_conversions.start(id, task); });
@@ -284,6 +286,15 @@ void Program::convert(const QString &path)
         QMessageBox::question(m_window.get(), QString(platform::build::kProductName),
                               m_languages.text(u"strNoConverter"_s), QMessageBox::Ok);
     }
+}
+
+void Program::tellMissingBrowser()
+{
+    auto *note =
+        new QMessageBox(QMessageBox::Information, QString(platform::build::kProductName),
+                        m_languages.text(u"strNoBrowser"_s), QMessageBox::Ok, m_window.get());
+    note->setAttribute(Qt::WA_DeleteOnClose);
+    note->open();
 }
 
 void Program::takeAddress(const platform::AppMessage &message)

@@ -4,6 +4,7 @@
 #include "app/data_directory.h"
 #include "app/engine.h"
 #include "app/language/languages.h"
+#include "app/missing_browser.h"
 #include "app/window/capture_browser.h"
 #include "app/window/updates.h"
 #include "platform/flash_version.h"
@@ -54,6 +55,7 @@ private:
     void tellCompleted(const tasks::TaskInfo &task);
     void showCompleted(const tasks::TaskInfo &task);
     void convert(const QString &path);
+    void tellMissingBrowser();
     void placeDropZone();
     void connectDropZone();
     /// Tells once what is wrong with the skin.
@@ -80,6 +82,7 @@ private:
     ui::ZonePresence m_zonePresence;
     std::unique_ptr<Updates> m_updates;
     std::unique_ptr<CaptureBrowser> m_browser;
+    MissingBrowser m_missingBrowser{[this] { tellMissingBrowser(); }};
     std::unique_ptr<platform::InterruptWatch> m_interrupt;
     std::unique_ptr<platform::LocalMessageServer> m_messages;
 };

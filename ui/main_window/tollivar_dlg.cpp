@@ -270,6 +270,10 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
         m_list->refreshRows();
         Q_EMIT taskCompleted(worker->record(), taskId);
     }
+    if (worker != nullptr && worker->state() == tasks::TaskState::Failed &&
+        worker->previousState() == tasks::TaskState::ResolvingPage) {
+        Q_EMIT pageFailed();
+    }
 }
 
 void CTollivarDlg::addAddress(const QString &address)

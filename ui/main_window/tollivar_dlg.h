@@ -83,6 +83,8 @@ public:
 Q_SIGNALS:
     void exitWanted();
     void taskCompleted(const tollivar::tasks::TaskInfo &task, std::uint32_t taskId);
+    /// A page gave no media, and is not tried again.
+    void pageFailed();
     void settingsWanted();
     void updateCheckWanted();
     void helpWanted();

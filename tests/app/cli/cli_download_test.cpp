@@ -74,6 +74,19 @@ TEST_F(CliDownload, aStreamsAddressIsFetchedDirectly)
     EXPECT_TRUE(m_sandbox.read(QStringLiteral("out/show.flv")).startsWith("FLV"));
 }
 
+TEST_F(CliDownload, withoutABrowserAPageThatGivesNothingSaysWhatToInstall)
+{
+    m_site.on("/page", test::answer("<p>Films come by script.", "text/html"));
+    qputenv("TOLLIVAR_BROWSER", "/nonexistent");
+    ProgramRun program = run({QStringLiteral("download"), m_site.address("/page")});
+    qunsetenv("TOLLIVAR_BROWSER");
+
+    EXPECT_EQ(program.finish(), 1);
+
+    EXPECT_TRUE(program.errors().contains("Parsing Failed - no browser"));
+    EXPECT_TRUE(program.errors().contains("install chromium"));
+}
+
 TEST_F(CliDownload, aPageOfTheSampleSiteBecomesAFileUnderItsTitle)
 {
     const test::SampleSite site;

@@ -1,0 +1,30 @@
+#include "app/missing_browser.h"
+
+#include "platform/browser_engine.h"
+
+namespace tollivar::app {
+
+bool lacksBrowser()
+{
+    return !platform::findBrowser();
+}
+
+MissingBrowser::MissingBrowser(std::function<void()> tell)
+    : m_inbox([tell = std::move(tell)](const platform::AppMessage & /*message*/) { tell(); })
+{
+}
+
+void MissingBrowser::pageFailed()
+{
+    if (m_look) {
+        return;
+    }
+    m_look = std::make_unique<platform::WorkerThread>([port = m_inbox.port()] {
+        if (lacksBrowser()) {
+            port.post(platform::AppMessageId::BrowserMissing, 0, 0);
+        }
+    });
+    m_look->resume();
+}
+
+} // namespace tollivar::app
