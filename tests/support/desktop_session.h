@@ -33,6 +33,9 @@ public:
     /// Gives that window the keyboard, then types keys such as "alt+d".
     void press(const QString &window, const QString &keys) const;
 
+    /// Closes the window as its frame's button does.
+    void close(const QString &window) const;
+
     /// A notification area at the lower edge, which keeps other windows off it.
     void startTray();
     /// The window that has the keyboard.

@@ -131,7 +131,7 @@ TEST_F(CaptureFromProgram, theButtonsBrowserOffersWhatIsChosenAsATask)
     const QString panel = chooseMedium();
     acceptTask();
     expectHarbourClip(completedTask());
-    m_desktop.press(panel, u"alt+F4"_s);
+    m_desktop.close(panel);
     expectBrowserGone();
     m_program->signal(SIGTERM);
     EXPECT_EQ(m_program->finish(), 0);

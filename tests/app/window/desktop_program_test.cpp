@@ -104,7 +104,7 @@ TEST_F(ProgramOnDesktop, withoutANotificationAreaClosingMinimizesAndSaysSoOnce)
 {
     const QString window = start();
     waitUntilActive(window);
-    m_desktop.press(window, u"alt+F4"_s);
+    m_desktop.close(window);
     // The note stands over the window, and has its name.
     test::waitUntil("the note", [&] { return m_desktop.active() != window; });
     m_desktop.act({u"key"_s, u"Return"_s});
@@ -112,7 +112,7 @@ TEST_F(ProgramOnDesktop, withoutANotificationAreaClosingMinimizesAndSaysSoOnce)
                     [&] { return m_desktop.property(window, u"WM_STATE"_s).contains("Iconic"); });
     startAgain();
     waitUntilActive(window);
-    m_desktop.press(window, u"alt+F4"_s);
+    m_desktop.close(window);
     test::waitUntil("the icon, without a word",
                     [&] { return m_desktop.property(window, u"WM_STATE"_s).contains("Iconic"); });
     end();
@@ -123,7 +123,7 @@ TEST_F(ProgramOnDesktop, withANotificationAreaClosingHidesAndTheIconBringsTheWin
     m_desktop.startTray();
     const QString window = start();
     waitUntilActive(window);
-    m_desktop.press(window, u"alt+F4"_s);
+    m_desktop.close(window);
     test::waitUntil("the window to be hidden",
                     [&] { return !m_desktop.property(window, u"WM_STATE"_s).contains("Normal"); });
     m_desktop.doubleClick({11, 1'004});
@@ -238,6 +238,25 @@ TEST_F(ProgramOnDesktop, theEdgesResizeTheWindow)
                     [&] { return m_desktop.place(window).width() > before.width(); });
     EXPECT_EQ(m_desktop.place(window).height(), before.height());
     EXPECT_EQ(m_desktop.place(window).topLeft(), before.topLeft());
+    end();
+}
+
+TEST_F(ProgramOnDesktop, withoutABrowserTheFirstPageThatGivesNothingSaysWhatToInstall)
+{
+    m_site.on("/page", test::answer("<p>Films come by script.", "text/html"));
+    m_settings->setNumber(settings::keys::kMaxRetry, 0);
+    qputenv("TOLLIVAR_BROWSER", "/nonexistent");
+    waitUntilActive(start());
+    qunsetenv("TOLLIVAR_BROWSER");
+    for (int i = 0; i < 2; ++i) {
+        ProgramRun terminal(m_sandbox, u"tollivar-cli"_s,
+                            {u"download"_s, u"--folder"_s, u"out"_s, m_site.address("/page")});
+        EXPECT_EQ(terminal.finish(), 0);
+    }
+    // The note has the window's name.
+    test::waitUntil("the note", [&] { return m_desktop.windowCount(kMainWindow) == 2; });
+    m_desktop.act({u"key"_s, u"Return"_s});
+    test::waitUntil("the note to go", [&] { return m_desktop.windowCount(kMainWindow) == 1; });
     end();
 }
 

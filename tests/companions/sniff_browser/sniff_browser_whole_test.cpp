@@ -79,7 +79,7 @@ TEST_F(SniffBrowserProgram, aChosenMediumIsPrintedAsARecordForWhoReadsIt)
 TEST_F(SniffBrowserProgram, closingThePanelEndsTheBrowser)
 {
     ProgramRun browser = browse(onPage(u"video.html"_s));
-    m_desktop.press(panelWithMedia(), u"alt+F4"_s);
+    m_desktop.close(panelWithMedia());
     EXPECT_EQ(browser.finish(), 0);
     expectNothingLeft();
 }
@@ -147,7 +147,7 @@ TEST_F(SniffBrowserProgram, withoutABrowserItSaysSo)
     ProgramRun browser = browse({});
     qunsetenv("TOLLIVAR_BROWSER");
     const QString panel = m_desktop.waitForWindow(u"Capture Browser"_s);
-    m_desktop.press(panel, u"alt+F4"_s);
+    m_desktop.close(panel);
     EXPECT_EQ(browser.finish(), 0);
 }
 
