@@ -184,10 +184,36 @@ void DesktopSession::doubleClick(QPoint place) const
          QStringLiteral("--delay"), QStringLiteral("50"), QStringLiteral("1")});
 }
 
-void DesktopSession::drag(QPoint place, QPoint way) const
+void DesktopSession::drag(const QString &window, QPoint from, QPoint way) const
 {
-    pull(place, way);
+    const QRect before = place(window);
+    moveTo(from);
+    act({QStringLiteral("mousedown"), QStringLiteral("1")});
+    // The program hands the window over at its own pace; what moves before is not followed.
+    int steps = 0;
+    waitUntil("the window to follow", [&] {
+        ++steps;
+        moveTo(from + way * (1 + steps % 2) / 4);
+        return place(window) != before;
+    });
+    moveTo(from + way);
     letGo();
+    settle();
+}
+
+void DesktopSession::settle() const
+{
+    // The window manager takes one thing after the other: once it has answered this, it has seen
+    // all that came before.
+    const auto desktops = [this] { return ask({QStringLiteral("get_num_desktops")}).toInt(); };
+    const int wanted = desktops() + 1;
+    act({QStringLiteral("set_num_desktops"), QString::number(wanted)});
+    waitUntil("the window manager", [&] { return desktops() == wanted; });
+}
+
+void DesktopSession::moveTo(QPoint place) const
+{
+    act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y())});
 }
 
 void DesktopSession::pull(QPoint place, QPoint way) const
@@ -197,7 +223,7 @@ void DesktopSession::pull(QPoint place, QPoint way) const
          QStringLiteral("mousedown"), QStringLiteral("1")});
     for (int step = 1; step <= kSteps; ++step) {
         const QPoint next = place + way * step / kSteps;
-        act({QStringLiteral("mousemove"), QString::number(next.x()), QString::number(next.y())});
+        moveTo(next);
     }
 }
 
@@ -240,11 +266,8 @@ void DesktopSession::dropFileInVain(const QString &path, QPoint target)
 void DesktopSession::close(const QString &window) const
 {
     // Not by the window manager's own key: it misses that while it learns a new keyboard.
-    constexpr int kHexadecimal = 16;
     QProcess tool;
-    tool.start(QStringLiteral("wmctrl"),
-               {QStringLiteral("-i"), QStringLiteral("-c"),
-                QStringLiteral("0x") + QString::number(window.toUInt(), kHexadecimal)});
+    tool.start(QStringLiteral("wmctrl"), {QStringLiteral("-i"), QStringLiteral("-c"), window});
     EXPECT_TRUE(tool.waitForFinished(kLimitMs) && tool.exitCode() == 0);
 }
 

@@ -48,11 +48,9 @@ public:
     [[nodiscard]] QRect place(const QString &window) const;
     /// Moves the pointer there and presses the left button twice, quickly.
     void doubleClick(QPoint place) const;
-    /// The same once, and moves the pointer by `way` before letting the button go.
-    void drag(QPoint place, QPoint way) const;
-    /// The first half of that.
-    void pull(QPoint place, QPoint way) const;
-    void letGo() const;
+    /// Takes the window there, moves or resizes it by about `way`, and lets go. Returns when the
+    /// window manager is done with it.
+    void drag(const QString &window, QPoint place, QPoint way) const;
     /// Another program copies this.
     void copy(const QString &text);
     /// A person drags a text out of another program and lets it go where it is welcome.
@@ -62,6 +60,11 @@ public:
 
 private:
     class DragSource;
+
+    void pull(QPoint place, QPoint way) const;
+    void letGo() const;
+    void settle() const;
+    void moveTo(QPoint place) const;
 
     QProcess m_server;
     QProcess m_manager;

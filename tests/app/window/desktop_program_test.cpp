@@ -155,7 +155,7 @@ TEST_F(ProgramOnDesktop, theDropZoneStaysAboveAndWhereItWasPut)
     const QString zone = m_desktop.waitForWindow(kDropZone);
     EXPECT_TRUE(m_desktop.property(zone, u"_NET_WM_STATE"_s).contains("ABOVE"));
     const QPoint before = m_desktop.place(zone).center();
-    m_desktop.drag(before, {-300, 200});
+    m_desktop.drag(zone, before, {-300, 200});
     test::waitUntil("the stored place", [&] {
         const QPoint now = m_desktop.place(zone).topLeft();
         return m_settings->text(settings::keys::kDropZonePlace) ==
@@ -218,9 +218,8 @@ TEST_F(ProgramOnDesktop, theCaptionMovesTheWindowAndADoubleClickMaximizesItOffTh
     waitUntilActive(window);
     const QRect before = m_desktop.place(window);
     const QPoint caption = before.topLeft() + QPoint(before.width() / 2, 14);
-    m_desktop.drag(caption, {50, 50});
-    test::waitUntil("another place",
-                    [&] { return m_desktop.place(window).topLeft() != before.topLeft(); });
+    m_desktop.drag(window, caption, {50, 50});
+    EXPECT_NE(m_desktop.place(window).topLeft(), before.topLeft());
     const QPoint moved = m_desktop.place(window).topLeft() + QPoint(before.width() / 2, 14);
     m_desktop.doubleClick(moved);
     test::waitUntil("the work area",
@@ -233,9 +232,8 @@ TEST_F(ProgramOnDesktop, theEdgesResizeTheWindow)
     const QString window = start();
     waitUntilActive(window);
     const QRect before = m_desktop.place(window);
-    m_desktop.drag({before.right() - 1, before.center().y()}, {60, 0});
-    test::waitUntil("another width",
-                    [&] { return m_desktop.place(window).width() > before.width(); });
+    m_desktop.drag(window, {before.right() - 1, before.center().y()}, {60, 0});
+    EXPECT_GT(m_desktop.place(window).width(), before.width());
     EXPECT_EQ(m_desktop.place(window).height(), before.height());
     EXPECT_EQ(m_desktop.place(window).topLeft(), before.topLeft());
     end();
