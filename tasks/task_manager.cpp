@@ -384,11 +384,11 @@ void TaskManager::setMaximumDownloads(int maximum)
     dispatch();
 }
 
-void TaskManager::setMaximumRetries(int retries)
+void TaskManager::setRetryPolicy(const RetryPolicy &policy)
 {
-    m_options.retry.maximumRetries = retries;
+    m_options.retry = policy;
     for (const auto &[id, task] : m_tasks) {
-        task->worker->setMaximumRetries(retries);
+        task->worker->setMaximumRetries(policy.maximumRetries);
     }
 }
 

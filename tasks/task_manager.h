@@ -93,7 +93,7 @@ public:
     /// Gives one waiting task a slot if there is one now; the others follow as runs end.
     void setMaximumDownloads(int maximum);
     /// Counts from the next failure on.
-    void setMaximumRetries(int retries);
+    void setRetryPolicy(const RetryPolicy &policy);
 
     /// Lets go of threads that have ended.
     void reapEndedThreads();

@@ -218,7 +218,8 @@ void Program::applyOptions()
 {
     const auto &options = generalOptions();
     m_engine.manager().setMaximumDownloads(std::max(options.m_nMaxSimDownloads, 1));
-    m_engine.manager().setMaximumRetries(options.m_nMaxRetry);
+    m_engine.manager().setRetryPolicy(
+        {.maximumRetries = options.m_nMaxRetry, .switchesMode = options.m_bAutoParseOriUrl});
     m_window->applyOptions();
     m_dropZone->setMonitoring(options.m_bMonitorUrl);
     m_zonePresence.setOptions(
@@ -360,6 +361,8 @@ void Program::start(const QStringList &arguments)
     m_window->start(qEnvironmentVariableIntValue(kHiddenVariable) != 0
                         ? CTollivarDlg::Appearance::Hidden
                         : CTollivarDlg::Appearance::Shown);
+    // A question needs the event loop, which runs only after this.
+    QTimer::singleShot(0, m_window.get(), [this] { tellSkinProblems(); });
     m_updates->checkIfDue(generalOptions().m_nCheckUpdate);
     m_interrupt =
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
@@ -386,11 +389,12 @@ void Program::tellSkinProblems()
 
 void Program::shutDown()
 {
+    // First everything that is seen: what follows may take a moment.
+    m_dropZone->hide();
+    ui::CTaskNotifyDlg::closeAll();
     m_window->leaveScreen();
     m_browser.reset();
     m_conversions.stopAll();
-    m_dropZone->hide();
-    ui::CTaskNotifyDlg::closeAll();
     m_engine.manager().shutDown();
     m_engine.onEvent({});
     m_updates.reset();

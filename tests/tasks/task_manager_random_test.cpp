@@ -84,7 +84,7 @@ protected:
             m_manager->setMaximumDownloads(m_maximum);
             break;
         case 1:
-            m_manager->setMaximumRetries(below(3));
+            m_manager->setRetryPolicy({.maximumRetries = below(3)});
             break;
         case 2:
             m_manager->setFilter(static_cast<TaskFilter>(1 + below(3)));

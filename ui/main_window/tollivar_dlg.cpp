@@ -5,9 +5,7 @@
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
 #include "settings/general_options.h"
-#include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/add_task_dlg.h"
-#include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/main_window/caption_texts.h"
 #include "ui/main_window/main_menus.h"
 #include "ui/skin/text_ui.h"
@@ -278,17 +276,19 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
 
 void CTollivarDlg::addAddress(const QString &address)
 {
-    m_pendingAddress = address;
+    if (address.isEmpty()) {
+        return;
+    }
+    m_pendingAddresses.append(address);
     port().post(AppMessageId::AddPendingAddress, 0, 0);
 }
 
 void CTollivarDlg::addPendingAddress()
 {
-    const QString address = std::exchange(m_pendingAddress, {});
-    if (address.isEmpty()) {
+    if (m_pendingAddresses.isEmpty()) {
         return;
     }
-    const auto task = m_services.taskForAddress(address);
+    const auto task = m_services.taskForAddress(m_pendingAddresses.takeFirst());
     if (task) {
         addNewTask(*task);
     } else {
@@ -326,8 +326,11 @@ void CTollivarDlg::addCaptured(const CapturedMedia &media)
 {
     CAddTaskDlg dialog(this, m_services.settings, m_services.texts,
                        {media.task.strOriURL, media.title});
-    m_addTask = &dialog;
-    if (dialog.exec() != QDialog::Accepted) {
+    // One may be open already: then it is asked again when this one is through.
+    const QPointer<CAddTaskDlg> below = std::exchange(m_addTask, &dialog);
+    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    m_addTask = below;
+    if (!isAccepted) {
         return;
     }
     if (m_minimisesAfterCapture) {

@@ -180,7 +180,8 @@ private:
     TotalProgress m_total;
     std::optional<double> m_share;
     QPointer<CAddTaskDlg> m_addTask;
-    QString m_pendingAddress;
+    /// In the order in which they came; each has its message.
+    QStringList m_pendingAddresses;
     QStringList m_capturedTexts;
     QString m_copiedText;
     bool m_minimisesAfterCapture = false;
