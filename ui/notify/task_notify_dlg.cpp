@@ -151,14 +151,20 @@ void CTaskNotifyDlg::Notify(const DuiLib::SkinEvent &event)
     if (!isLink && event.type != DuiLib::events::kClick) {
         return;
     }
-    if (isLink) {
-        Q_EMIT playWanted(m_file.path());
-    } else if (event.name == "btnOpenFolder"_L1) {
-        Q_EMIT folderWanted(m_file.folder, m_file.path());
-    } else if (event.name == "btnConvert"_L1) {
-        Q_EMIT conversionWanted(m_file.path());
-    }
+    // Whoever is told may open a box, and in its event loop the popup may be destroyed: it is done
+    // before, and nothing of it is used afterwards.
+    const File file = m_file;
+    const QString name = event.name;
+    m_tick->disconnect(this);
+    m_stay->disconnect(this);
     close();
+    if (isLink) {
+        Q_EMIT playWanted(file.path());
+    } else if (name == "btnOpenFolder"_L1) {
+        Q_EMIT folderWanted(file.folder, file.path());
+    } else if (name == "btnConvert"_L1) {
+        Q_EMIT conversionWanted(file.path());
+    }
 }
 
 } // namespace tollivar::ui

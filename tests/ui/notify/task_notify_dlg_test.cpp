@@ -125,4 +125,22 @@ TEST_F(TaskNotifyDlgTest, whatIsClickedIsAskedForAndClosesIt)
     }
 }
 
+TEST_F(TaskNotifyDlgTest, itIsDoneBeforeAnybodyIsToldWhatWasClicked)
+{
+    const QPointer<CTaskNotifyDlg> popup = make();
+    QString told;
+    QObject::connect(popup, &CTaskNotifyDlg::conversionWanted, qApp, [&](const QString &path) {
+        EXPECT_FALSE(popup->isVisible());
+        // As in the event loop of a message box, where the mouse leaves the popup.
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(popup, &leave);
+        CTaskNotifyDlg::closeAll();
+        told = path;
+    });
+    popup->showFor(kQuick);
+    test::click(*test::control(*popup, u"btnConvert"_s));
+    EXPECT_EQ(told, u"/videos/a clip.mp4"_s);
+    EXPECT_TRUE(popup.isNull());
+}
+
 } // namespace tollivar::ui
