@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kControls = {
-    DuiLib::RequiredControl{"Option"_L1, "radioDelTaskOnly"_L1},
-    DuiLib::RequiredControl{"Option"_L1, "radioDelTaskAll"_L1},
+    DuiLib::RequiredControl{"Option"_L1, "radioDelTaskOnly"_L1, DuiLib::OptionLook::Any},
+    DuiLib::RequiredControl{"Option"_L1, "radioDelTaskAll"_L1, DuiLib::OptionLook::Any},
     DuiLib::RequiredControl{"Button"_L1, "btnOK"_L1},
     DuiLib::RequiredControl{"Button"_L1, "btnCancel"_L1},
     DuiLib::RequiredControl{"Button"_L1, "btnClose"_L1},

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::array kControls = {
     RequiredControl{"TabLayout"_L1, "switch"_L1},
-    RequiredControl{"Option"_L1, "pageGeneral"_L1},
+    RequiredControl{"Option"_L1, "pageGeneral"_L1, DuiLib::OptionLook::Any},
     RequiredControl{"CheckBox"_L1, "chkDragDrop"_L1},
     RequiredControl{"CheckBox"_L1, "chkMinizeDrag"_L1},
     RequiredControl{"CheckBox"_L1, "chkRetryParse"_L1},
@@ -107,8 +107,10 @@ void CSettingsDialog::showUpdateMode(int mode)
     auto &list = control<QComboBox>("cbUpdatesMode"_L1);
     list.setCurrentIndex(mode >= 0 && mode < list.count() ? mode : -1);
     list.setEnabled(isOn);
-    if (auto *items = qobject_cast<QStandardItemModel *>(list.model())) {
-        items->item(kNever)->setEnabled(isOn);
+    const auto *items = qobject_cast<QStandardItemModel *>(list.model());
+    // A person's skin may list fewer modes.
+    if (auto *never = items == nullptr ? nullptr : items->item(kNever)) {
+        never->setEnabled(isOn);
     }
 }
 

@@ -16,8 +16,7 @@ namespace tollivar::DuiLib {
 
 namespace {
 
-std::optional<SkinElement> readUsable(const SkinSource &source, const QString &fileName,
-                                      std::span<const RequiredControl> required)
+std::optional<SkinElement> read(const SkinSource &source, const QString &fileName)
 {
     const auto bytes = source.read(fileName);
     if (!bytes) {
@@ -29,15 +28,22 @@ std::optional<SkinElement> readUsable(const SkinSource &source, const QString &f
         CPaintManagerUI::addProblem(document.error());
         return std::nullopt;
     }
-    for (const auto &control : required) {
-        if (!internal::holds(*document, control.type, control.name)) {
+    return std::move(*document);
+}
+
+/// Looks at what was built, as the window will: elements can be left out of it, hide one another
+/// behind the same name, and make other controls than their type tells.
+bool hasAll(const QWidget &root, const QString &fileName, std::span<const RequiredControl> required)
+{
+    for (const auto &[type, name, look] : required) {
+        const auto *control = root.findChild<QWidget *>(QString(name));
+        if (control == nullptr || !internal::isMadeAs(*control, type, look)) {
             CPaintManagerUI::addProblem(
-                {fileName, 0,
-                 QStringLiteral("there is no %1 named %2").arg(control.type, control.name)});
-            return std::nullopt;
+                {fileName, 0, QStringLiteral("there is no %1 named %2").arg(type, name)});
+            return false;
         }
     }
-    return std::move(*document);
+    return true;
 }
 
 } // namespace
@@ -45,21 +51,24 @@ std::optional<SkinElement> readUsable(const SkinSource &source, const QString &f
 QWidget &CDialogBuilder::Create(const QString &fileName, std::span<const RequiredControl> required,
                                 QWidget &window, CPaintManagerUI &manager)
 {
-    SkinElement document;
     for (const auto &source : CPaintManagerUI::sources()) {
-        if (auto usable = readUsable(source, fileName, required)) {
-            document = std::move(*usable);
-            break;
+        const auto document = read(source, fileName);
+        if (!document) {
+            continue;
         }
+        internal::TreeBuilder builder(fileName, manager);
+        std::unique_ptr<QWidget> root(builder.build(*document, window));
+        if (!hasAll(*root, fileName, required)) {
+            continue;
+        }
+        delete window.layout();
+        auto *layout = new QVBoxLayout(&window);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(root.get());
+        manager.AttachDialog(*root, builder.windowLook(*document));
+        return *root.release();
     }
-    internal::TreeBuilder builder(fileName, manager);
-    auto *root = builder.build(document, window);
-    delete window.layout();
-    auto *layout = new QVBoxLayout(&window);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(root);
-    manager.AttachDialog(*root, builder.windowLook(document));
-    return *root;
+    qFatal("the program's own %s cannot be used", qPrintable(fileName));
 }
 
 } // namespace tollivar::DuiLib

@@ -115,6 +115,18 @@ TEST_F(SettingsDialogTest, choosingNeverLocksTheListUntilTheCheckBoxFreesIt)
     EXPECT_EQ(stored().m_nCheckUpdate, 3);
 }
 
+TEST_F(SettingsDialogTest, aListWithTooFewModesIsBorne)
+{
+    open();
+    list(u"cbUpdatesMode"_s).removeItem(3);
+    for (const int mode : {3, 1}) {
+        box(u"chkUpdates"_s).click();
+        click(u"btnOK"_s);
+        EXPECT_EQ(stored().m_nCheckUpdate, mode);
+        m_dialog->show();
+    }
+}
+
 TEST_F(SettingsDialogTest, aNumberBeyondTheListIsShownAndKept)
 {
     m_world.settings().setNumber(settings::keys::kMaxSimDownloads, 77);

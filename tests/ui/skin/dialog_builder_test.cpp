@@ -146,6 +146,44 @@ TEST_F(DialogBuilderTest, aFileWithoutARequiredControlIsReplacedByTheBuiltInOne)
     EXPECT_EQ(problems(), QStringList{u"DialogDeleteTask.xml: there is no Button named btnOK"_s});
 }
 
+TEST_F(DialogBuilderTest, aRequiredControlThatIsNotBuiltCountsAsMissing)
+{
+    constexpr std::array kRequired = {RequiredControl{"Button"_L1, "btnOK"_L1}};
+    struct Case {
+        QByteArray content;
+        QStringList told;
+    };
+    const QString missing = u"DialogDeleteTask.xml: there is no Button named btnOK"_s;
+    for (const auto &[content, told] :
+         {Case{"<HorizontalLayuot><Button name='btnOK'/></HorizontalLayuot>",
+               {u"DialogDeleteTask.xml:1: unknown element HorizontalLayuot"_s, missing}},
+          Case{"<Label><Button name='btnOK'/></Label>",
+               {u"DialogDeleteTask.xml:1: Label holds no other elements"_s, missing}},
+          Case{"<Label name='btnOK'/><Button name='btnOK'/>", {missing}}}) {
+        buildFile(u"DialogDeleteTask.xml"_s, "<Window>" + content + "</Window>", kRequired);
+        EXPECT_NE(qobject_cast<QToolButton *>(m_manager.FindControl(u"btnOK"_s)), nullptr)
+            << content.constData();
+        EXPECT_NE(m_manager.FindControl(u"radioDelTaskAll"_s), nullptr) << content.constData();
+        EXPECT_EQ(problems(), told) << content.constData();
+    }
+}
+
+TEST_F(DialogBuilderTest, aLookThatMakesAnotherControlThanTheRequiredCountsAsMissing)
+{
+    constexpr std::array kButton = {RequiredControl{"Option"_L1, "pageGeneral"_L1}};
+    buildFile(u"DialogSettings.xml"_s, "<Window><Option name='pageGeneral' look='radio'/></Window>",
+              kButton);
+    EXPECT_NE(qobject_cast<QToolButton *>(m_manager.FindControl(u"pageGeneral"_s)), nullptr);
+    EXPECT_EQ(problems(),
+              QStringList{u"DialogSettings.xml: there is no Option named pageGeneral"_s});
+
+    constexpr std::array kAny = {RequiredControl{"Option"_L1, "pageGeneral"_L1, OptionLook::Any}};
+    buildFile(u"DialogSettings.xml"_s, "<Window><Option name='pageGeneral' look='radio'/></Window>",
+              kAny);
+    EXPECT_NE(qobject_cast<QRadioButton *>(m_manager.FindControl(u"pageGeneral"_s)), nullptr);
+    EXPECT_EQ(problems(), QStringList());
+}
+
 TEST_F(DialogBuilderTest, whatAPersonDoesIsNotified)
 {
     build("<Button name='b'/><CheckBox name='c'/><Option name='o'/><Edit name='e'/>"

@@ -201,13 +201,13 @@ bool isContainer(QStringView type)
     return kind != nullptr && kind->isContainer;
 }
 
-bool holds(const SkinElement &tree, QLatin1StringView type, QLatin1StringView name)
+bool isMadeAs(const QWidget &control, QLatin1StringView type, OptionLook look)
 {
-    if (tree.type == type && tree.attribute(u"name") == name) {
-        return true;
+    const ElementKind *kind = kindOf(QString(type));
+    if (kind == nullptr || CPaintManagerUI::GetClass(control) != kind->className) {
+        return false;
     }
-    return std::any_of(tree.children.begin(), tree.children.end(),
-                       [type, name](const SkinElement &child) { return holds(child, type, name); });
+    return look == OptionLook::Any || qobject_cast<const QRadioButton *>(&control) == nullptr;
 }
 
 } // namespace tollivar::DuiLib::internal

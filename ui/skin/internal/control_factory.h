@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/skin/dialog_builder.h"
 #include "ui/skin/skin_document.h"
 
 #include <QLatin1StringView>
@@ -20,8 +21,8 @@ namespace internal {
 /// Whether the element may hold others.
 [[nodiscard]] bool isContainer(QStringView type);
 
-/// Whether an element of that type and name is somewhere in the tree.
-[[nodiscard]] bool holds(const SkinElement &tree, QLatin1StringView type, QLatin1StringView name);
+/// Whether a control is what an element of that type makes, drawn as it may be.
+[[nodiscard]] bool isMadeAs(const QWidget &control, QLatin1StringView type, OptionLook look);
 
 } // namespace internal
 } // namespace tollivar::DuiLib
