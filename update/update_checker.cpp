@@ -95,22 +95,33 @@ GetResult UpdateChecker::checkOnce(CheckKind kind)
         }
         return got;
     }
-    const UpdateInfo answer = readUpdateInfo(m_places.transit);
-    auto result = UpdateResult::NoUpdate;
-    if (compareVersions(answer.version, m_version) > 0) {
-        result = UpdateResult::NoticedBefore;
-        if (compareVersions(answer.version, readUpdateInfo(m_places.local).version) > 0) {
-            result = UpdateResult::News;
-            QFile file(m_places.transit);
-            if (!file.open(QIODevice::ReadOnly) ||
-                !platform::replaceFile(m_places.local, file.read(kMaximumInfoBytes))) {
-                qWarning("%s cannot be written", qPrintable(m_places.local));
-            }
-        }
+    const auto result = takeAnswer();
+    // A version that could not be stored cannot be shown either, and is news again the next time.
+    if (!result) {
+        tell(UpdateResult::Unreachable, kind);
+        return GetResult::CannotCreateFile;
     }
     storeCheckTime(m_places.local, m_clock.wallNow());
-    tell(result, kind);
+    tell(*result, kind);
     return got;
+}
+
+std::optional<UpdateResult> UpdateChecker::takeAnswer() const
+{
+    const UpdateInfo answer = readUpdateInfo(m_places.transit);
+    if (compareVersions(answer.version, m_version) <= 0) {
+        return UpdateResult::NoUpdate;
+    }
+    if (compareVersions(answer.version, readUpdateInfo(m_places.local).version) <= 0) {
+        return UpdateResult::NoticedBefore;
+    }
+    QFile file(m_places.transit);
+    if (!file.open(QIODevice::ReadOnly) ||
+        !platform::replaceFile(m_places.local, file.read(kMaximumInfoBytes))) {
+        qWarning("%s cannot be written", qPrintable(m_places.local));
+        return std::nullopt;
+    }
+    return UpdateResult::News;
 }
 
 void UpdateChecker::tell(UpdateResult result, CheckKind kind) const

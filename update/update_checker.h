@@ -10,6 +10,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tollivar::update {
 
@@ -67,6 +68,8 @@ public:
 private:
     void run();
     [[nodiscard]] GetResult checkOnce(CheckKind kind);
+    /// What the answer that was fetched means; nothing when it is news that cannot be stored.
+    [[nodiscard]] std::optional<UpdateResult> takeAnswer() const;
     void tell(UpdateResult result, CheckKind kind) const;
 
     UpdatePlaces m_places;

@@ -1,10 +1,16 @@
 #include "platform/build_config.h"
 #include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
+#include "update/update_checker.h"
 #include "update/update_info.h"
 #include "update/update_schedule.h"
 #include "update/version.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
+
+#include <vector>
 
 namespace tollivar::update {
 
@@ -108,6 +114,26 @@ TEST_F(UpdateInfoTest, newsAndKnownVersionsAreAskedAboutWithOneBlankMoreOrLess)
     EXPECT_EQ(updateQuestion(info, Notice::Again),
               u"A new version(2.0.0.0) of Tollivar is available, would you like to download it "
               u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
+}
+
+TEST(UpdateChecker, newsThatCannotBeStoredAreAFailedCheck)
+{
+    const test::Sandbox sandbox;
+    // A folder stands in the place of the local copy.
+    ASSERT_TRUE(QDir().mkpath(sandbox.file(u"update.ini"_s)));
+    std::vector<std::uint64_t> results;
+    platform::AppMessageInbox inbox(
+        [&results](const platform::AppMessage &message) { results.push_back(message.first); });
+    const auto get = [&sandbox](const QString &, const QString &, platform::AutoResetEvent &) {
+        sandbox.write(u"transit.ini"_s, "[Version]\r\nMain=2.0.0.0\r\n");
+        return GetResult::Done;
+    };
+    UpdateChecker checker(
+        {u"http://a/"_s, sandbox.file(u"update.ini"_s), sandbox.file(u"transit.ini"_s)},
+        u"1.0.0.0"_s, get, inbox.port(), platform::systemClock());
+    checker.check(CheckKind::Explicit);
+    test::waitUntil("a result", [&results] { return !results.empty(); });
+    EXPECT_EQ(results, std::vector{static_cast<std::uint64_t>(UpdateResult::Unreachable)});
 }
 
 } // namespace tollivar::update
