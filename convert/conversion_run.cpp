@@ -46,15 +46,15 @@ bool follow(ChildProcessRunner &converter, platform::AutoResetEvent &stop,
     QString chunk;
     for (;;) {
         const bool hasEnded = converter.hasEnded();
-        bool hasRead = false;
-        while (converter.read(chunk)) {
-            hasRead = true;
+        const bool hasRead = converter.read(chunk);
+        if (hasRead) {
             onOutput(chunk);
         }
         if (hasEnded && !hasRead) {
             return true;
         }
-        if (!hasEnded && stop.wait(round)) {
+        // Only an empty pipe is worth a pause.
+        if (hasRead ? stop.poll() : !hasEnded && stop.wait(round)) {
             converter.kill();
             return false;
         }

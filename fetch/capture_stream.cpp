@@ -43,16 +43,16 @@ void followCaptureBrowser(const QString &commandLine, platform::AutoResetEvent &
     QString chunk;
     for (;;) {
         const bool hasEnded = browser.hasEnded();
-        bool hasRead = false;
-        while (browser.read(chunk)) {
-            hasRead = true;
+        const bool hasRead = browser.read(chunk);
+        if (hasRead) {
             pending += chunk;
             handOver(pending, onRecord);
         }
         if (hasEnded && !hasRead) {
             return;
         }
-        if (!hasEnded && stop.wait(kRound)) {
+        // Only an empty pipe is worth a pause.
+        if (hasRead ? stop.poll() : !hasEnded && stop.wait(kRound)) {
             browser.kill();
             return;
         }

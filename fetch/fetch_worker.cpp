@@ -116,7 +116,8 @@ StepResult FetchWorker::resolve(TaskInfo &task)
     const auto modes = parseModes(browserVersion());
     // The second line has no blank before its mode; the parser understands both.
     const std::array<QStringView, 2> separators = {u" ", u""};
-    for (std::size_t i = 0; i < modes.size() && task.strDownloadUrl.isEmpty(); ++i) {
+    // The first always runs: an address that an earlier run found may have expired.
+    for (std::size_t i = 0; i < modes.size() && (i == 0 || task.strDownloadUrl.isEmpty()); ++i) {
         const QString commandLine =
             parserCommandLine(address, separators.at(i), modes.at(i), parseType(task));
         if (resolvePage(stopEvent(), commandLine, task) == StepResult::Stopped) {

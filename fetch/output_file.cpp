@@ -21,7 +21,8 @@ std::unique_ptr<OutputFile> OutputFile::create(tasks::TaskWorker &worker, tasks:
 {
     const QString path =
         task.strOutputFolder + fittingName(task.strOutputName, task.strFileType) + task.strFileType;
-    auto created = createUniqueFile(path, task.bFileCreated != 0 ? FileReuse::Yes : FileReuse::No);
+    auto created = createUniqueFile(path, task.bFileCreated != 0 ? FileReuse::Yes : FileReuse::No,
+                                    task.strFileType);
     if (!created) {
         worker.setFailure({.kind = tasks::ErrorKind::CannotCreateFile});
         return nullptr;
@@ -32,7 +33,9 @@ std::unique_ptr<OutputFile> OutputFile::create(tasks::TaskWorker &worker, tasks:
     // task's name may hold that dot, so the name comes from the path itself.
     const QString name =
         created->path.mid(task.strOutputFolder.size()).chopped(task.strFileType.size());
-    if (name.compare(task.strOutputName, Qt::CaseInsensitive) != 0) {
+    // The server may have told the type only now.
+    const bool isNewType = task.strFileType != worker.record().strFileType;
+    if (isNewType || name.compare(task.strOutputName, Qt::CaseInsensitive) != 0) {
         task.strOutputName = name;
         worker.setRecord(task);
         worker.post(TaskEventCode::RecordChanged);
@@ -60,9 +63,9 @@ std::span<std::byte> OutputFile::room(std::size_t size)
 void OutputFile::filled(std::size_t bytes)
 {
     m_used += bytes;
-    if (m_used >= kSliceSize) {
-        // Whole slices only, so that no page of the file is touched twice.
-        write(kSliceSize);
+    // Whole slices only, so that no page of the file is touched twice.
+    if (const std::size_t slices = m_used / kSliceSize; slices > 0) {
+        write(slices * kSliceSize);
     }
 }
 

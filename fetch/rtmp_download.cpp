@@ -97,11 +97,15 @@ StepResult play(RtmpSession &session, OutputFile &file, Playback &playback,
         if (stop.poll()) {
             return StepResult::Stopped;
         }
-        if (read.end == RtmpEnd::TimedOut && session.resume()) {
-            continue;
-        }
         if (read.end == RtmpEnd::TimedOut) {
-            return stop.poll() ? StepResult::Stopped : StepResult::Done;
+            const RtmpResume resumed = session.resume();
+            if (stop.poll()) {
+                return StepResult::Stopped;
+            }
+            if (resumed == RtmpResume::GoesOn) {
+                continue;
+            }
+            return resumed == RtmpResume::TimedOut ? StepResult::Done : StepResult::Failed;
         }
         if (read.end != RtmpEnd::None) {
             return StepResult::Done;
@@ -140,7 +144,7 @@ RtmpProgress rtmpProgress(double duration, std::uint32_t timestamp, std::uint64_
 }
 
 StepResult downloadRtmp(tasks::TaskWorker &worker, tasks::TaskInfo &task,
-                        const platform::Clock &clock)
+                        const platform::Clock &clock, std::chrono::seconds timeLimit)
 {
     if (worker.stopEvent().poll()) {
         return StepResult::Stopped;
@@ -152,7 +156,7 @@ StepResult downloadRtmp(tasks::TaskWorker &worker, tasks::TaskInfo &task,
     task.dwDownloadSize = 0;
     task.dwSize = tasks::kUnknownSize;
     Playback playback(worker, task, clock);
-    const auto session = RtmpSession::open(task, worker.stopEvent());
+    const auto session = RtmpSession::open(task, worker.stopEvent(), timeLimit);
     if (!session) {
         if (worker.stopEvent().poll()) {
             return StepResult::Stopped;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fetch/rtmp_session.h"
 #include "fetch/step_result.h"
 #include "platform/clock.h"
 #include "tasks/api/task_worker.h"
@@ -15,7 +16,8 @@ namespace tollivar::fetch {
 /// Threads: the worker's; a stop ends it within milliseconds, and the file keeps what came.
 /// Errors:  Failed, with the worker's failure set when it has a reason of its own; Stopped.
 [[nodiscard]] StepResult downloadRtmp(tasks::TaskWorker &worker, tasks::TaskInfo &task,
-                                      const platform::Clock &clock);
+                                      const platform::Clock &clock,
+                                      std::chrono::seconds timeLimit = kStreamTimeLimit);
 
 /// How far a stream is, from what has come.
 struct RtmpProgress {

@@ -19,7 +19,6 @@ using platform::TcpConnection;
 
 namespace {
 
-constexpr std::chrono::seconds kTimeLimit{30};
 constexpr int kLogLevel = 3;
 /// How much of the stream the server may send ahead, in milliseconds: all of it.
 constexpr int kWholeBuffer = 36'000'000;
@@ -106,7 +105,7 @@ public:
     }
 
     /// Gives the library address, overrides and time limit.
-    void setUp(RTMP *session, Target &target)
+    void setUp(RTMP *session, Target &target, std::chrono::seconds timeLimit)
     {
         if (m_tcUrl.isEmpty()) {
             m_tcUrl = QByteArray(RTMPProtocolStringsLower[target.protocol]) + "://" +
@@ -122,7 +121,7 @@ public:
         AVal none{};
         RTMP_SetupStream(session, target.protocol, &target.host, target.port, &none, &playPath,
                          &tcUrl, &swfUrl, &pageUrl, &app, &none, &none, 0, &flashVersion, &none,
-                         &none, 0, 0, FALSE, kTimeLimit.count());
+                         &none, 0, 0, FALSE, timeLimit.count());
         // A tunnel has no way to tell that its buffer runs empty.
         if ((target.protocol & RTMP_FEATURE_HTTP) == 0) {
             session->Link.lFlags |= RTMP_LF_BUFX;
@@ -152,13 +151,15 @@ struct CloseSession {
 } // namespace
 
 struct RtmpSession::Private {
-    Private(Target address, const tasks::TaskInfo &task)
-        : target(std::move(address))
+    Private(Target address, const tasks::TaskInfo &task, platform::AutoResetEvent &stopEvent)
+        : stop(stopEvent)
+        , target(std::move(address))
         , overrides(task)
         , rtmp(RTMP_Alloc())
     {
     }
 
+    platform::AutoResetEvent &stop;
     Target target;
     Overrides overrides;
     std::unique_ptr<TcpConnection> connection;
@@ -176,6 +177,35 @@ struct RtmpSession::Private {
         rtmp->m_sb.sb_socket = static_cast<int>(connection->release());
         rtmp->m_bSendCounter = TRUE;
         return RTMP_Connect1(rtmp.get(), nullptr) != 0;
+    }
+
+    /// Pauses the stream for a moment; the library's own way sleeps through a stop.
+    bool toggle()
+    {
+        constexpr std::chrono::seconds kMoment{1};
+        if (rtmp->m_pausing == 0) {
+            if (RTMP_SendPause(rtmp.get(), TRUE, static_cast<int>(rtmp->m_pauseStamp)) == 0) {
+                return false;
+            }
+            rtmp->m_pausing = 1;
+            if (stop.wait(kMoment)) {
+                stop.set(); // The caller's own poll takes the request back.
+                return false;
+            }
+        }
+        const bool isSent =
+            RTMP_SendPause(rtmp.get(), FALSE, static_cast<int>(rtmp->m_pauseStamp)) != 0;
+        rtmp->m_pausing = kPausedInVain;
+        return isSent;
+    }
+
+    bool reconnect()
+    {
+        if (hasReconnected) {
+            return false;
+        }
+        hasReconnected = true;
+        return RTMP_ReconnectStream(rtmp.get(), static_cast<int>(rtmp->m_pauseStamp)) != 0;
     }
 
     void extendBuffer()
@@ -197,7 +227,8 @@ RtmpSession::RtmpSession(std::unique_ptr<Private> data) : d(std::move(data)) {}
 RtmpSession::~RtmpSession() = default;
 
 tl::expected<std::unique_ptr<RtmpSession>, RtmpSession::Failure>
-RtmpSession::open(const tasks::TaskInfo &task, platform::AutoResetEvent &stop)
+RtmpSession::open(const tasks::TaskInfo &task, platform::AutoResetEvent &stop,
+                  std::chrono::seconds timeLimit)
 {
     setUpLibrary();
     platform::ignoreBrokenConnections();
@@ -205,18 +236,18 @@ RtmpSession::open(const tasks::TaskInfo &task, platform::AutoResetEvent &stop)
     if (!target) {
         return tl::unexpected(Failure::Address);
     }
-    auto data = std::make_unique<Private>(std::move(*target), task);
+    auto data = std::make_unique<Private>(std::move(*target), task, stop);
     RTMP_Init(data->rtmp.get());
-    data->overrides.setUp(data->rtmp.get(), data->target);
+    data->overrides.setUp(data->rtmp.get(), data->target, timeLimit);
     RTMP_SetBufferMS(data->rtmp.get(), kWholeBuffer);
     const QString host = QString::fromUtf8(data->target.host.av_val, data->target.host.av_len);
     auto connection = TcpConnection::connect(host, static_cast<std::uint16_t>(data->target.port),
-                                             kTimeLimit, stop);
+                                             timeLimit, stop);
     if (!connection) {
         return tl::unexpected(Failure::Connection);
     }
     data->connection = std::move(*connection);
-    data->connection->setTimeLimit(kTimeLimit);
+    data->connection->setTimeLimit(timeLimit);
     data->watch.emplace(stop, [wake = data->connection.get()] { wake->wake(); });
     if (!data->shakeHands()) {
         return tl::unexpected(Failure::Connection);
@@ -243,19 +274,16 @@ RtmpRead RtmpSession::read(std::span<std::byte> buffer)
     return {0, isTimeOut ? RtmpEnd::TimedOut : RtmpEnd::Broken};
 }
 
-bool RtmpSession::resume()
+RtmpResume RtmpSession::resume()
 {
     RTMP *rtmp = d->rtmp.get();
     RTMP_SetBufferMS(rtmp, d->bufferTime);
-    rtmp->m_sb.sb_timedout = FALSE;
-    if (rtmp->m_pausing != kPausedInVain) {
-        return RTMP_ToggleStream(rtmp) != 0;
+    if (rtmp->m_pausing == kPausedInVain ? d->reconnect() : d->toggle()) {
+        // Else every read would tell the old end again.
+        rtmp->m_read.status = 0;
+        return RtmpResume::GoesOn;
     }
-    if (d->hasReconnected) {
-        return false;
-    }
-    d->hasReconnected = true;
-    return RTMP_ReconnectStream(rtmp, static_cast<int>(rtmp->m_pauseStamp)) != 0;
+    return RTMP_IsTimedout(rtmp) != 0 ? RtmpResume::TimedOut : RtmpResume::Broken;
 }
 
 double RtmpSession::duration() const

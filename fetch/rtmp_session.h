@@ -4,6 +4,7 @@
 #include "platform/result.h"
 #include "tasks/api/task_info.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -18,6 +19,16 @@ enum class RtmpEnd {
     Broken,   ///< the connection is gone
     TimedOut, ///< nothing came for the time limit; resume() may bring more
 };
+
+/// What became of a stream that had timed out.
+enum class RtmpResume {
+    GoesOn,
+    TimedOut, ///< nothing more came in time
+    Broken,   ///< the connection is gone
+};
+
+/// How long a server may be silent.
+inline constexpr std::chrono::seconds kStreamTimeLimit{30};
 
 struct RtmpRead {
     std::size_t bytes = 0;
@@ -38,15 +49,17 @@ public:
     /// what the address says.
     /// Errors: why there is no stream; also Connection when stopped.
     [[nodiscard]] static tl::expected<std::unique_ptr<RtmpSession>, Failure>
-    open(const tasks::TaskInfo &task, platform::AutoResetEvent &stop);
+    open(const tasks::TaskInfo &task, platform::AutoResetEvent &stop,
+         std::chrono::seconds timeLimit = kStreamTimeLimit);
     ~RtmpSession();
     RtmpSession(const RtmpSession &) = delete;
     RtmpSession &operator=(const RtmpSession &) = delete;
 
     /// Blocks for the time limit at most.
     [[nodiscard]] RtmpRead read(std::span<std::byte> buffer);
-    /// After a time-out: goes on where the stream stood. False when the server does not.
-    [[nodiscard]] bool resume();
+    /// After a time-out: goes on where the stream stood. First the stream is paused for a moment
+    /// and let go on; when that was in vain, it is asked for anew, once.
+    [[nodiscard]] RtmpResume resume();
 
     /// In seconds; 0 while it is not known, and for a live stream.
     [[nodiscard]] double duration() const;

@@ -13,7 +13,8 @@ namespace tollivar::platform {
 
 namespace {
 
-constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
+/// The pipe to whoever started us breaks a moment before their end is told.
+constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 /// As a shell tells of a program that a polite kill ended.
 constexpr int kStatus = 128 + SIGTERM;
 

@@ -180,7 +180,7 @@ private:
             return;
         }
         const QUrl url = m_base.resolved(QUrl(text.trimmed()));
-        if (url.scheme() != u"http" && url.scheme() != u"https") {
+        if (!url.isValid() || (url.scheme() != u"http" && url.scheme() != u"https")) {
             return;
         }
         const QString address = url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment);

@@ -17,10 +17,11 @@ struct PathParts {
     QString extension; ///< with its dot
 };
 
-PathParts splitPath(const QString &path)
+PathParts splitPath(const QString &path, const QString &type = {})
 {
     const qsizetype nameBegin = path.lastIndexOf(u'/') + 1;
-    const qsizetype dot = path.lastIndexOf(u'.');
+    const qsizetype dot =
+        !type.isEmpty() && path.endsWith(type) ? path.size() - type.size() : path.lastIndexOf(u'.');
     const qsizetype nameEnd = dot < nameBegin ? path.size() : dot;
     return {path.left(nameBegin), path.mid(nameBegin, nameEnd - nameBegin), path.mid(nameEnd)};
 }
@@ -38,9 +39,9 @@ platform::Error noNameLeft(const QString &path)
 
 } // namespace
 
-Result<UniqueFile> createUniqueFile(const QString &path, FileReuse reuse)
+Result<UniqueFile> createUniqueFile(const QString &path, FileReuse reuse, const QString &type)
 {
-    const PathParts parts = splitPath(path);
+    const PathParts parts = splitPath(path, type);
     QString candidate = path;
     QString baseName = parts.baseName;
     for (int counter = 0; counter < kMaximumNameTries; ++counter) {

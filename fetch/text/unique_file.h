@@ -26,11 +26,13 @@ struct UniqueFile {
 };
 
 /// Creates the file at `path`, or at the first alternative name that can be created. Two callers
-/// at the same moment get different files.
+/// at the same moment get different files. An alternative keeps the ending `type` whole, which may
+/// hold several dots; without one, what stands from the last dot on.
 ///
 /// Threads: any.
 /// Errors:  AskUser when none of the names could be created.
-[[nodiscard]] platform::Result<UniqueFile> createUniqueFile(const QString &path, FileReuse reuse);
+[[nodiscard]] platform::Result<UniqueFile> createUniqueFile(const QString &path, FileReuse reuse,
+                                                            const QString &type = {});
 
 /// Whether freePath() also takes the name by creating an empty file.
 enum class TakePath { No, Yes };

@@ -49,8 +49,7 @@ TEST_F(CaptureStream, handsEachRecordOnOnceAlsoWhenSeveralComeTogether)
 
 TEST_F(CaptureStream, joinsARecordThatComesInPieces)
 {
-    EXPECT_THAT(addressesOf("printf 'URL = http://'; sleep 0.6; printf 's/1\\r\\n\\r'; sleep 0.6; "
-                            "printf '\\n'\n"),
+    EXPECT_THAT(addressesOf("printf 'URL = http://s/1\\r\\n\\r\\n' | dd bs=1 2>/dev/null\n"),
                 ElementsAre(u"http://s/1"_s));
 }
 
@@ -85,6 +84,23 @@ TEST_F(CaptureStream, aStopEndsTheBrowserAtOnce)
     m_stop.set();
     EXPECT_THAT(running.get(), IsEmpty());
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
+TEST_F(CaptureStream, aStopEndsABrowserThatWritesWithoutAPause)
+{
+    std::promise<void> wrote;
+    auto running = std::async(std::launch::async, [&] {
+        bool isFirst = true;
+        followCaptureBrowser(command("while :; do printf 'URL = http://s/1\\r\\n\\r\\n'; done\n"),
+                             m_stop, [&](const QString & /*record*/) {
+                                 if (std::exchange(isFirst, false)) {
+                                     wrote.set_value();
+                                 }
+                             });
+    });
+    wrote.get_future().wait();
+    m_stop.set();
+    EXPECT_EQ(running.wait_for(std::chrono::seconds(10)), std::future_status::ready);
 }
 
 TEST(CaptureStreamCommand, namesTheModeByTheEnginesAge)

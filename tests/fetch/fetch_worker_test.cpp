@@ -147,6 +147,24 @@ TEST_F(FetchWorkerRun, aParserThatFindsNothingTwiceEndsParsingFailed)
     EXPECT_EQ(m_worker->previousState(), TaskState::ResolvingPage);
 }
 
+TEST_F(FetchWorkerRun, aPageIsAskedAgainForAnAddressThatMayHaveExpired)
+{
+    m_parser.answer(goodAnswer());
+    m_task.strDownloadUrl = m_site.address("/expired");
+    run();
+
+    EXPECT_EQ(m_events.codes(), QStringLiteral("1 15 4 13 3 11 18 8"));
+    EXPECT_EQ(m_worker->record().strDownloadUrl, m_site.address("/media"));
+}
+
+TEST_F(FetchWorkerRun, anEarlierAddressServesWhereTheParserFindsNoneNow)
+{
+    m_task.strDownloadUrl = m_site.address("/media");
+    run();
+
+    EXPECT_EQ(m_events.codes().split(QLatin1Char(' ')).last(), QStringLiteral("8"));
+}
+
 TEST_F(FetchWorkerRun, aDirectFileIsNeitherParsedNorNamed)
 {
     m_task.nModeLow = static_cast<int>(DownloadMethod::Direct);

@@ -47,6 +47,7 @@ protected:
     StepResult download(const QByteArray &path)
     {
         m_task.strDownloadUrl = m_site.address(path);
+        m_worker.setRecord(m_task);
         const StepResult result = downloadHttp(m_worker, m_task, platform::systemClock());
         QCoreApplication::processEvents();
         return result;
@@ -210,6 +211,18 @@ TEST_F(HttpDownload, aNameThatIsTakenIsNumberedAndTold)
     EXPECT_EQ(m_sandbox.read(QStringLiteral("clip(0).mp4")), QByteArray("mine"));
 }
 
+TEST_F(HttpDownload, aTypeWithTwoDotsStaysWholeWhenItsNameIsTaken)
+{
+    m_sandbox.write(QStringLiteral("clip.html.download"), "somebody else's");
+    m_site.on("/v", test::answer("mine"));
+    m_task.strFileType = QStringLiteral(".html.download");
+
+    EXPECT_EQ(download("/v"), StepResult::Done);
+
+    EXPECT_EQ(m_task.strOutputName, QStringLiteral("clip(0)"));
+    EXPECT_EQ(m_sandbox.read(QStringLiteral("clip(0).html.download")), QByteArray("mine"));
+}
+
 TEST_F(HttpDownload, aSecondRunTruncatesTheFileOfTheFirst)
 {
     m_site.on("/long", test::answer("a long body"));
@@ -294,6 +307,9 @@ TEST_F(HttpDownload, aTypeThatIsNotKnownComesFromTheAnswer)
 
     EXPECT_EQ(m_task.strFileType, QStringLiteral(".webm"));
     EXPECT_TRUE(QFile::exists(m_sandbox.file(QStringLiteral("clip.webm"))));
+    // What stores the record must hear of it.
+    EXPECT_EQ(m_events.codes(), QStringLiteral("11 18 13"));
+    EXPECT_EQ(m_worker.record().strFileType, QStringLiteral(".webm"));
 }
 
 TEST_F(HttpDownload, aNameWithADotKeepsItWithoutAType)

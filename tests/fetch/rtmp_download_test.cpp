@@ -9,6 +9,7 @@
 #include "tests/support/rtmp_server.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -16,8 +17,10 @@
 
 #include <gtest/gtest.h>
 
+#include <condition_variable>
 #include <future>
 #include <random>
+#include <thread>
 
 namespace tollivar::fetch {
 namespace {
@@ -26,6 +29,63 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using tasks::ErrorKind;
 using tasks::TaskEventCode;
+
+/// Stands before a server and holds its answers back after so many bytes.
+class StallingRelay {
+public:
+    StallingRelay(quint16 upstream, qsizetype limit) : m_upstream(upstream), m_limit(limit) {}
+
+    [[nodiscard]] QString address(const QString &path) const
+    {
+        return u"rtmp://127.0.0.1:%1/"_s.arg(m_server.port()) + path;
+    }
+    [[nodiscard]] bool wasAskedToPause() const { return m_wasAskedToPause; }
+
+private:
+    void play(const test::RawServer::Peer &client)
+    {
+        const int server = test::connectToLoopback(m_upstream);
+        std::thread answers([&] { relayAnswers(server, client); });
+        constexpr int kMost = 64 * 1024;
+        for (QByteArray bytes; !(bytes = client.receive(kMost)).isEmpty();) {
+            if (bytes.contains("pause")) {
+                m_wasAskedToPause = true;
+            }
+            static_cast<void>(test::RawServer::Peer(server).send(bytes));
+        }
+        {
+            const std::lock_guard lock(m_mutex);
+            m_hasEnded = true;
+        }
+        m_changed.notify_all();
+        test::endConnection(server);
+        answers.join();
+        test::closeConnection(server);
+    }
+
+    void relayAnswers(int server, const test::RawServer::Peer &client)
+    {
+        constexpr int kMost = 4 * 1024;
+        qsizetype sent = 0;
+        for (QByteArray bytes; !(bytes = test::RawServer::Peer(server).receive(kMost)).isEmpty();) {
+            std::unique_lock lock(m_mutex);
+            m_changed.wait(lock, [&] { return sent < m_limit || m_hasEnded; });
+            lock.unlock();
+            if (!client.send(bytes)) {
+                return;
+            }
+            sent += bytes.size();
+        }
+    }
+
+    quint16 m_upstream;
+    qsizetype m_limit;
+    std::atomic<bool> m_wasAskedToPause = false;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_hasEnded = false;
+    test::RawServer m_server{[this](const test::RawServer::Peer &peer) { play(peer); }};
+};
 
 /// One download at a time into a folder of the test's own.
 class RtmpDownload : public ::testing::Test {
@@ -116,6 +176,52 @@ TEST_F(RtmpDownload, aFullDiskIsAFailureEvenWhenOnlyTheLastPieceMeetsIt)
     m_task.bFileCreated = 1;
     EXPECT_EQ(download(server.address(u"vod/clip.flv"_s)), StepResult::Failed);
     EXPECT_EQ(m_worker.failure().kind, ErrorKind::None);
+}
+
+TEST_F(RtmpDownload, aStreamThatStopsMidwayAndStaysSilentIsKeptAsFinished)
+{
+    test::RtmpServer server;
+    const QString source =
+        server.record(u"clip.flv"_s, {u"-c:v"_s, u"flv"_s, u"-c:a"_s, u"libmp3lame"_s});
+    constexpr qsizetype kLimit = 40'000;
+    StallingRelay relay(server.port(), kLimit);
+    m_task.strDownloadUrl = relay.address(u"vod/clip.flv"_s);
+    EXPECT_EQ(downloadRtmp(m_worker, m_task, platform::systemClock(), 1s), StepResult::Done);
+    EXPECT_TRUE(relay.wasAskedToPause());
+    EXPECT_GT(QFileInfo(file()).size(), kLimit / 2);
+    EXPECT_LT(QFileInfo(file()).size(), QFileInfo(source).size());
+}
+
+TEST_F(RtmpDownload, aStopWhileASilentStreamIsToGoOnEndsAtOnce)
+{
+    test::RtmpServer server;
+    server.record(u"clip.flv"_s, {u"-c:v"_s, u"flv"_s, u"-c:a"_s, u"libmp3lame"_s});
+    const StallingRelay relay(server.port(), 40'000);
+    m_task.strDownloadUrl = relay.address(u"vod/clip.flv"_s);
+    auto run = std::async(std::launch::async, [this] {
+        return downloadRtmp(m_worker, m_task, platform::systemClock(), 1s);
+    });
+    test::waitUntil("the pause", [&] { return relay.wasAskedToPause(); });
+    const auto begin = std::chrono::steady_clock::now();
+    m_worker.stopEvent().set();
+    EXPECT_EQ(run.get(), StepResult::Stopped);
+    // The pause itself takes a second.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 900ms);
+}
+
+TEST_F(RtmpDownload, piecesOfTheGreatestSizeComeWhole)
+{
+    test::RtmpServer server;
+    // Noise in colours: each picture is a message of more than 100 KiB.
+    const QString source =
+        server.record(u"clip.flv"_s,
+                      {u"-vf"_s, u"scale=640:360,noise=alls=100:allf=t"_s, u"-c:v"_s, u"flv"_s,
+                       u"-q:v"_s, u"1"_s, u"-c:a"_s, u"libmp3lame"_s},
+                      1);
+    ASSERT_GT(QFileInfo(source).size(), 25 * 130 * 1'024);
+    EXPECT_EQ(download(server.address(u"vod/clip.flv"_s)), StepResult::Done);
+    EXPECT_EQ(decode(file()), QByteArray());
+    EXPECT_EQ(probe(file()), probe(source));
 }
 
 TEST_F(RtmpDownload, theRecordsFieldsStandInForTheAddress)

@@ -57,6 +57,27 @@ quint16 freePort()
     return listener.port;
 }
 
+int connectToLoopback(quint16 port)
+{
+    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(::connect(handle, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+    return handle;
+}
+
+void endConnection(int handle)
+{
+    ::shutdown(handle, SHUT_RDWR);
+}
+
+void closeConnection(int handle)
+{
+    ::close(handle);
+}
+
 FullPort::FullPort()
 {
     const Listener listener = listenOnLoopback();

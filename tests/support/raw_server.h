@@ -13,6 +13,12 @@ namespace tollivar::test {
 /// A port of the loopback interface that was free a moment ago.
 [[nodiscard]] quint16 freePort();
 
+/// A connection to that port of the loopback interface, for the caller to close.
+[[nodiscard]] int connectToLoopback(quint16 port);
+/// Ends a connection in both directions, also for who waits on it.
+void endConnection(int handle);
+void closeConnection(int handle);
+
 /// A port of the loopback interface where connecting neither succeeds nor fails: the queue of those
 /// that wait to be accepted is full, and stays so.
 class FullPort {

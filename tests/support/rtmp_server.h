@@ -23,6 +23,7 @@ public:
 
     /// "rtmp://127.0.0.1:PORT/" + path
     [[nodiscard]] QString address(const QString &path) const;
+    [[nodiscard]] quint16 port() const { return m_port; }
     /// Records a few seconds of pictures and sound, with ffmpeg's codec options, as a stream of
     /// "vod"; returns the file.
     QString record(const QString &name, const QStringList &codecs, int seconds = 4);

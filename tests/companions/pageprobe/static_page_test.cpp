@@ -124,6 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
                  ""},
         PageCase{"emptySources", "<video src=''><source src=' '><embed src><a href>", ""},
         PageCase{"words", "<p>clip.mp4 http://site.example/clip.mp4</p>", ""},
+        PageCase{"impossiblePort", "<video src='//site.example:port/clip.mp4'></video>", ""},
         PageCase{"noPage", "", ""}),
     [](const auto &page) { return std::string(page.param.name); });
 
