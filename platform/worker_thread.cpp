@@ -46,7 +46,7 @@ WorkerThread::WorkerThread(std::function<void()> function)
 
 WorkerThread::~WorkerThread() = default;
 
-void WorkerThread::resume()
+bool WorkerThread::resume()
 {
     Q_ASSERT(m_function);
     auto body = [function = std::exchange(m_function, nullptr), state = m_state]() mutable {
@@ -58,9 +58,11 @@ void WorkerThread::resume()
     };
     try {
         std::thread(std::move(body)).detach();
+        return true;
     } catch (const std::system_error &error) {
         qWarning("a worker thread could not be started: %s", error.what());
         m_state->end();
+        return false;
     }
 }
 

@@ -207,7 +207,10 @@ void TaskManager::launch(const std::shared_ptr<Task> &task)
     task->worker->stopEvent().reset();
     auto thread =
         std::make_unique<platform::WorkerThread>([worker = task->worker] { worker->run(); });
-    thread->resume();
+    if (!thread->resume()) {
+        // Else no end would ever be told, and the slot would be lost.
+        task->worker->post(TaskEventCode::DownloadFailed);
+    }
     task->latestThread = thread.get();
     m_runs.push_back({std::move(thread), task});
 }

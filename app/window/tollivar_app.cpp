@@ -4,6 +4,7 @@
 #include "app/manager_options.h"
 #include "app/second_start.h"
 #include "app/window/program.h"
+#include "app/window/trouble_notes.h"
 #include "platform/build_config.h"
 #include "platform/paths.h"
 #include "ui/skin/paint_manager.h"
@@ -103,10 +104,12 @@ bool CTollivarApp::InitInstance()
 void CTollivarApp::runMainWindow(const DataPaths &paths)
 {
     const settings::SettingsStore settings(paths.settings);
-    const auto engine = openEngine(paths, {.databasePath = paths.tasks,
-                                           .legacyListPath = paths.legacyTasks,
-                                           .manager = managerOptions(settings),
-                                           .notifier = warn});
+    TroubleNotes notes;
+    const auto engine =
+        openEngine(paths, {.databasePath = paths.tasks,
+                           .legacyListPath = paths.legacyTasks,
+                           .manager = managerOptions(settings),
+                           .notifier = [&notes](const QString &text) { notes.tell(text); }});
     if (!engine) {
         return;
     }

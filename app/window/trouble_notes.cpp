@@ -1,0 +1,48 @@
+#include "app/window/trouble_notes.h"
+
+#include "platform/build_config.h"
+
+#include <QMessageBox>
+#include <QTimer>
+
+namespace tollivar::app {
+
+namespace {
+
+constexpr std::chrono::minutes kUntilToldAgain{1};
+
+} // namespace
+
+void TroubleNotes::tell(const QString &text)
+{
+    const auto told = m_told.find(text);
+    const bool isRecent =
+        told != m_told.end() && std::chrono::steady_clock::now() - told->second < kUntilToldAgain;
+    if (isRecent || m_waiting.contains(text)) {
+        return;
+    }
+    m_waiting.append(text);
+    if (m_waiting.size() == 1) {
+        // Not from in here: whoever tells may be in the middle of a transaction.
+        QTimer::singleShot(0, this, &TroubleNotes::showNext);
+    }
+}
+
+void TroubleNotes::showNext()
+{
+    auto *note = new QMessageBox(QMessageBox::Warning, QString(platform::build::kProductName),
+                                 m_waiting.front(), QMessageBox::Ok);
+    note->setAttribute(Qt::WA_DeleteOnClose);
+    connect(note, &QDialog::finished, this, &TroubleNotes::forgetFirst);
+    note->open();
+}
+
+void TroubleNotes::forgetFirst()
+{
+    m_told[m_waiting.takeFirst()] = std::chrono::steady_clock::now();
+    if (!m_waiting.isEmpty()) {
+        showNext();
+    }
+}
+
+} // namespace tollivar::app
