@@ -11,9 +11,6 @@ target_include_directories(tollivar_flags INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_options(tollivar_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast
     -Woverloaded-virtual -Wnon-virtual-dtor -Werror)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_compile_options(tollivar_flags INTERFACE -Wthread-safety)
-endif()
 target_compile_definitions(tollivar_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_KEYWORDS

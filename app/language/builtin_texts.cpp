@@ -6,7 +6,7 @@ namespace tollivar::language {
 
 namespace {
 
-// "Invaild" is how the text has always been spelled; language files are keyed by id, so it stays.
+// "Invaild" stays: whoever searches for the message finds what others wrote of it.
 constexpr std::array kTexts = {
     BuiltInText{u"strTipAddFile", u"Add URL"},
     BuiltInText{u"strTipStartTask", u"Start Task(s)"},

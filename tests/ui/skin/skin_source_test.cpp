@@ -136,13 +136,13 @@ TEST_F(SkinSourceTest, whatIsNoArchiveIsRefused)
     EXPECT_FALSE(SkinSource::archive(m_sandbox.file(u"missing.zip"_s)));
 }
 
-TEST_F(SkinSourceTest, cutArchivesNeverCrash)
+TEST_F(SkinSourceTest, cutArchivesAreRefused)
 {
     const QString path = zip({{"a.xml", "<Window/>"}, {"b.xml", QByteArray(300, 'b')}});
     const QByteArray whole = m_sandbox.read(u"skin.zip"_s);
     for (qsizetype length = 0; length < whole.size(); length += 7) {
         m_sandbox.write(u"cut.zip"_s, whole.left(length));
-        static_cast<void>(SkinSource::archive(m_sandbox.file(u"cut.zip"_s)));
+        EXPECT_FALSE(SkinSource::archive(m_sandbox.file(u"cut.zip"_s)));
     }
 }
 
