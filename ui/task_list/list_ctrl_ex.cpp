@@ -312,9 +312,6 @@ void CListCtrlEx::keyPressEvent(QKeyEvent *event)
         Q_EMIT removeWanted();
     } else if (isPlain && event->key() == Qt::Key_Space) {
         Q_EMIT toggleWanted();
-    } else if (isPlain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-        if (currentIndex().isValid())
-            Q_EMIT activated(currentIndex().row());
     } else {
         QTableView::keyPressEvent(event);
     }

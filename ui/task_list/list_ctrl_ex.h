@@ -61,7 +61,7 @@ public:
 
 Q_SIGNALS:
     void menuWanted(QPoint globalPosition);
-    /// Double click or Enter.
+    /// By a double click; windows keep Enter from their controls.
     void activated(int row);
     void addWanted();
     void removeWanted();

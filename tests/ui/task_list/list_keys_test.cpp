@@ -127,7 +127,7 @@ TEST_F(ListKeysTest, spaceWithControlSelectsTheFramedRow)
     EXPECT_EQ(toggled.size(), 0);
 }
 
-TEST_F(ListKeysTest, doubleClickAndEnterOpenTheTask)
+TEST_F(ListKeysTest, aDoubleClickOpensTheTaskAndEnterDoesNot)
 {
     showTasks(5);
     QSignalSpy opened(m_list.get(), &CListCtrlEx::activated);
@@ -135,10 +135,8 @@ TEST_F(ListKeysTest, doubleClickAndEnterOpenTheTask)
     m_list->selectRows({3});
     test::press(*m_list, Qt::Key_Return);
     test::press(*m_list, Qt::Key_Enter, Qt::KeypadModifier);
-    ASSERT_EQ(opened.size(), 3);
+    ASSERT_EQ(opened.size(), 1);
     EXPECT_EQ(opened[0][0].toInt(), 2);
-    EXPECT_EQ(opened[1][0].toInt(), 3);
-    EXPECT_EQ(opened[2][0].toInt(), 3);
 }
 
 TEST_F(ListKeysTest, onlyTheLeftButtonOnARowOpens)
