@@ -40,7 +40,10 @@ bool isDroppedText(const QMimeData &data)
     const auto addresses = data.urls();
     const bool isFile = std::any_of(addresses.begin(), addresses.end(),
                                     [](const QUrl &address) { return address.isLocalFile(); });
-    return !isFile && data.hasText() && !data.text().isEmpty();
+    // Qt makes a text of addresses alone; only what was offered as plain text counts.
+    const bool isText =
+        data.hasFormat(u"text/plain"_s) || data.hasFormat(u"text/plain;charset=utf-8"_s);
+    return !isFile && isText && !data.text().isEmpty();
 }
 
 CDragDlg::CDragDlg(platform::AppMessagePort owner, Text text)

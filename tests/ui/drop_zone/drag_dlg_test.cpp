@@ -92,6 +92,17 @@ TEST_F(DragDlgTest, aDroppedFileIsRefused)
     EXPECT_TRUE(announced().empty());
 }
 
+TEST_F(DragDlgTest, addressesThatAreNoPlainTextAreRefused)
+{
+    QMimeData addresses;
+    addresses.setUrls({QUrl(kWatchPage)});
+    EXPECT_FALSE(drop(addresses));
+    EXPECT_TRUE(announced().empty());
+    addresses.setData(u"text/plain;charset=utf-8"_s, kWatchPage.toUtf8());
+    EXPECT_TRUE(drop(addresses));
+    EXPECT_EQ(m_zone->receivedText(), kWatchPage);
+}
+
 TEST_F(DragDlgTest, saysWhatItWillDoWhileTextHovers)
 {
     QMimeData text;
