@@ -137,7 +137,14 @@ void Program::connectWindow()
         window, &CTollivarDlg::profileWanted, window,
         [this](const tasks::TaskInfo &task, std::uint32_t id) { m_conversions.start(id, task); });
     QObject::connect(window, &CTollivarDlg::conversionWanted, window,
-                     [this](const tasks::TaskInfo &task) { convert(task.outputPath()); });
+                     [this](const std::vector<tasks::TaskInfo> &tasks) {
+                         // Where one cannot be converted the others cannot either.
+                         for (const tasks::TaskInfo &task : tasks) {
+                             if (!convert(task.outputPath())) {
+                                 return;
+                             }
+                         }
+                     });
 }
 
 void Program::connectDropZone()
@@ -281,12 +288,14 @@ void Program::placeDropZone()
                      });
 }
 
-void Program::convert(const QString &path)
+bool Program::convert(const QString &path)
 {
-    if (!platform::startCompanion(u".\\quenmoor.exe"_s, {u"-file"_s, path})) {
+    const bool isStarted = platform::startCompanion(u".\\quenmoor.exe"_s, {u"-file"_s, path});
+    if (!isStarted) {
         QMessageBox::question(m_window.get(), QString(platform::build::kProductName),
                               m_languages.text(u"strNoConverter"_s), QMessageBox::Ok);
     }
+    return isStarted;
 }
 
 void Program::tellMissingBrowser()

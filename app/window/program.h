@@ -54,7 +54,7 @@ private:
     /// By sound and popup, unless the person does not want to be disturbed.
     void tellCompleted(const tasks::TaskInfo &task);
     void showCompleted(const tasks::TaskInfo &task);
-    void convert(const QString &path);
+    bool convert(const QString &path);
     void tellMissingBrowser();
     void placeDropZone();
     void connectDropZone();

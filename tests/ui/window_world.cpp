@@ -90,7 +90,7 @@ ui::CTollivarDlg &WindowWorld::open()
         .readCapturedText = [this](const QString & /*text*/) { return captured; },
         .conversionOf = {},
         .stopConversion = [this](std::uint32_t task) { stoppedConversions.push_back(task); },
-        .wantsFlashNote = {},
+        .wantsFlashNote = [this] { return wantsFlashNote; },
     });
     m_window->show();
     return *m_window;

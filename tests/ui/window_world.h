@@ -46,6 +46,8 @@ public:
 
     /// What the capture browser's texts stand for, as the next ones will be read.
     std::vector<ui::CapturedMedia> captured;
+    /// Whether the caption says that Flash is too old.
+    bool wantsFlashNote = false;
     /// The tasks whose conversions the window wanted stopped.
     std::vector<std::uint32_t> stoppedConversions;
 

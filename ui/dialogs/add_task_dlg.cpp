@@ -97,12 +97,14 @@ CAddTaskDlg::CAddTaskDlg(QWidget *owner, const settings::SettingsStore &settings
     control<QLineEdit>("editURL"_L1).setFocus();
 }
 
-void CAddTaskDlg::setAddress(const QString &address)
+bool CAddTaskDlg::setAddress(const QString &address)
 {
     auto &field = control<QLineEdit>("editURL"_L1);
-    if (field.isEnabled()) {
-        field.setText(address);
+    if (!field.isEnabled()) {
+        return false;
     }
+    field.setText(address);
+    return true;
 }
 
 void CAddTaskDlg::lockToDirectFile(const QString &fileName)

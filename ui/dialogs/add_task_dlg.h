@@ -32,8 +32,8 @@ public:
 
     /// The task as it was described.
     [[nodiscard]] const tasks::TaskInfo &task() const { return m_task; }
-    /// Puts another address into the open dialog.
-    void setAddress(const QString &address);
+    /// Puts another address into the open dialog; false when it has one that cannot be changed.
+    bool setAddress(const QString &address);
 
     void Notify(const DuiLib::SkinEvent &event) override;
 

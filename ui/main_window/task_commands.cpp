@@ -56,7 +56,7 @@ bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
             m_rows.redrawRow(place);
         }
     }
-    if (!showsDownloaded || rows->empty()) {
+    if (!showsDownloaded) {
         return false;
     }
     m_manager.setFilter(TaskFilter::Downloading);

@@ -101,7 +101,6 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
     connect(m_totals, &QTimer::timeout, this, &CTollivarDlg::refreshTotals);
     m_totals->start(kTotalsInterval);
     applyLanguage();
-    showFlashNote();
 }
 
 CTollivarDlg::~CTollivarDlg() = default;
@@ -152,6 +151,13 @@ void CTollivarDlg::bindTray()
 {
     m_tray = std::make_unique<TrayIcon>(m_menus->tray());
     connect(m_tray.get(), &TrayIcon::doubleClicked, this, &CTollivarDlg::toggleWindow);
+    // A menu of a program in the background would stay when one clicks elsewhere.
+    connect(m_tray.get(), &TrayIcon::menuWanted, this, [this] {
+        if (isVisible() && !isMinimized()) {
+            raise();
+            activateWindow();
+        }
+    });
 }
 
 void CTollivarDlg::bindKeys()
@@ -213,6 +219,7 @@ void CTollivarDlg::applyLanguage()
         control.setAccessibleName(text(tip));
     }
     m_list->applyLanguage();
+    showFlashNote();
     refreshCaptions();
     refreshTotals();
 }
@@ -324,19 +331,28 @@ void CTollivarDlg::takeCapturedTexts()
 
 void CTollivarDlg::addCaptured(const CapturedMedia &media)
 {
+    if (const auto chosen = askAboutCaptured(media)) {
+        if (m_minimisesAfterCapture) {
+            showMinimized();
+        }
+        storeCaptured(media, *chosen);
+    }
+    // One that the next dialog does not take either comes back.
+    const QStringList kept = std::exchange(m_keptAddresses, {});
+    for (const QString &address : kept) {
+        offerAddress(address, AddressOrigin::Dropped);
+    }
+}
+
+std::optional<tasks::TaskInfo> CTollivarDlg::askAboutCaptured(const CapturedMedia &media)
+{
     CAddTaskDlg dialog(this, m_services.settings, m_services.texts,
                        {media.task.strOriURL, media.title});
     // One may be open already: then it is asked again when this one is through.
     const QPointer<CAddTaskDlg> below = std::exchange(m_addTask, &dialog);
     const bool isAccepted = dialog.exec() == QDialog::Accepted;
     m_addTask = below;
-    if (!isAccepted) {
-        return;
-    }
-    if (m_minimisesAfterCapture) {
-        showMinimized();
-    }
-    storeCaptured(media, dialog.task());
+    return isAccepted ? std::optional(dialog.task()) : std::nullopt;
 }
 
 void CTollivarDlg::storeCaptured(const CapturedMedia &media, const tasks::TaskInfo &chosen)
@@ -379,7 +395,9 @@ CTollivarDlg::DialogResult CTollivarDlg::openAddTask(const QString &address)
     if (m_addTask != nullptr) {
         m_addTask->raise();
         m_addTask->activateWindow();
-        m_addTask->setAddress(address);
+        if (!m_addTask->setAddress(address) && !address.isEmpty()) {
+            m_keptAddresses.append(address);
+        }
         return DialogResult::AlreadyOpen;
     }
     CAddTaskDlg dialog(this, m_services.settings, m_services.texts, {address, {}});

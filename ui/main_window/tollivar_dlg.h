@@ -100,7 +100,8 @@ Q_SIGNALS:
     void fileWanted(const QString &path);
     /// The folder, with the file selected if it is there.
     void folderWanted(const QString &folder, const QString &path);
-    void conversionWanted(const tollivar::tasks::TaskInfo &task);
+    /// All in one: whoever cannot convert one says so once.
+    void conversionWanted(const std::vector<tollivar::tasks::TaskInfo> &tasks);
     /// A finished task's file, to the options that its record now holds.
     void profileWanted(const tollivar::tasks::TaskInfo &task, std::uint32_t taskId);
     void activatedByPerson();
@@ -135,6 +136,8 @@ private:
     void runOnSelected(int command);
     void takeCapturedTexts();
     void addCaptured(const CapturedMedia &media);
+    /// What the person chose; nothing when the medium is not wanted.
+    [[nodiscard]] std::optional<tasks::TaskInfo> askAboutCaptured(const CapturedMedia &media);
     void openBrowser();
     void storeCaptured(const CapturedMedia &media, const tasks::TaskInfo &chosen);
     void addPendingAddress();
@@ -183,6 +186,8 @@ private:
     /// In the order in which they came; each has its message.
     QStringList m_pendingAddresses;
     QStringList m_capturedTexts;
+    /// Offered while the open dialog could take no other; offered again when it has closed.
+    QStringList m_keptAddresses;
     QString m_copiedText;
     bool m_minimisesAfterCapture = false;
     bool m_isMinimised = false;

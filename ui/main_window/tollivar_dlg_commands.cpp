@@ -104,27 +104,30 @@ void CTollivarDlg::runCommand(int command)
 void CTollivarDlg::runOnSelected(int command)
 {
     namespace commands = language::commands;
-    for (const tasks::TaskInfo &task : selectedTasks()) {
-        switch (command) {
-        case commands::kPlay:
-            Q_EMIT fileWanted(task.outputPath());
-            return;
-        case commands::kPlayInPlayer:
-            Q_EMIT playerWanted(task.outputPath());
-            return;
-        case commands::kBrowseFile:
-        case commands::kOpenFolder:
-            Q_EMIT folderWanted(task.strOutputFolder, task.outputPath());
-            return;
-        case commands::kOpenWebPage:
-            Q_EMIT webPageWanted(task.strOriURL);
-            return;
-        case commands::kConvert:
-            Q_EMIT conversionWanted(task);
-            break;
-        default:
-            return;
-        }
+    const std::vector<tasks::TaskInfo> selected = selectedTasks();
+    if (selected.empty()) {
+        return;
+    }
+    const tasks::TaskInfo &first = selected.front();
+    switch (command) {
+    case commands::kPlay:
+        Q_EMIT fileWanted(first.outputPath());
+        break;
+    case commands::kPlayInPlayer:
+        Q_EMIT playerWanted(first.outputPath());
+        break;
+    case commands::kBrowseFile:
+    case commands::kOpenFolder:
+        Q_EMIT folderWanted(first.strOutputFolder, first.outputPath());
+        break;
+    case commands::kOpenWebPage:
+        Q_EMIT webPageWanted(first.strOriURL);
+        break;
+    case commands::kConvert:
+        Q_EMIT conversionWanted(selected);
+        break;
+    default:
+        break;
     }
 }
 

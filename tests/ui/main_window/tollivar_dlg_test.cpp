@@ -2,6 +2,7 @@
 #include "tests/support/window_driver.h"
 #include "tests/ui/window_world.h"
 #include "ui/main_window/tollivar_dlg.h"
+#include "ui/skin/text_ui.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -53,6 +54,14 @@ protected:
     {
         test::whenModalOpens(
             [button](QWidget &dialog) { test::click(*test::control(dialog, button)); });
+    }
+    /// One medium of a page stands in the next captured text.
+    void setCaptured(const QString &title)
+    {
+        CapturedMedia media;
+        media.task.strOriURL = u"http://site.example/page"_s;
+        media.title = title;
+        m_world.captured = {media};
     }
     std::vector<QString> names()
     {
@@ -173,6 +182,29 @@ TEST_F(TollivarDlgTest, completedTasksStartedFromTheirOwnViewAreSelectedAmongThe
     EXPECT_EQ(caption(u"btnDownloaded"_s), u"Downloaded (1)"_s);
 }
 
+TEST_F(TollivarDlgTest, startLeavesTheDownloadedOnesUnlessItIsCancelled)
+{
+    m_world.addCompleted(u"done"_s);
+    open();
+    const auto isShowing = [this](TaskFilter filter, const QString &name) {
+        return m_world.manager().filter() == filter &&
+               test::control<QToolButton>(m_world.window(), name)->isChecked();
+    };
+    for (const auto button : {QMessageBox::Cancel, QMessageBox::No}) {
+        click(u"btnDownloaded"_s);
+        m_list->selectRows({0});
+        answer(button);
+        click(u"btnStart"_s);
+        EXPECT_EQ(isShowing(TaskFilter::Downloaded, u"btnDownloaded"_s),
+                  button == QMessageBox::Cancel);
+    }
+    EXPECT_TRUE(isShowing(TaskFilter::Downloading, u"btnDownloading"_s));
+    EXPECT_EQ(m_list->model()->rowCount(), 0);
+    click(u"btnDownloaded"_s);
+    click(u"btnStart"_s);
+    EXPECT_TRUE(isShowing(TaskFilter::Downloading, u"btnDownloading"_s));
+}
+
 TEST_F(TollivarDlgTest, aCompletedTasksConversionEndsWhereTheTaskStartsAnew)
 {
     const auto done = m_world.addCompleted(u"b"_s);
@@ -182,6 +214,8 @@ TEST_F(TollivarDlgTest, aCompletedTasksConversionEndsWhereTheTaskStartsAnew)
     answer(QMessageBox::No);
     click(u"btnStart"_s);
     EXPECT_THAT(m_world.stoppedConversions, ElementsAre());
+    click(u"btnDownloaded"_s);
+    m_list->selectRows({0});
     answer(QMessageBox::Yes);
     click(u"btnStart"_s);
     EXPECT_THAT(m_world.stoppedConversions, ElementsAre(done));
@@ -293,6 +327,105 @@ TEST_F(TollivarDlgTest, aCancelledMediumIsSkippedAndTheNextIsOffered)
     window.addCapturedText(u"whatever"_s);
     test::waitUntil("the second dialog", [&second] { return second; });
     EXPECT_EQ(m_world.manager().visibleCount(), 0);
+}
+
+TEST_F(TollivarDlgTest, anAddressThatALockedDialogCannotTakeIsOfferedAfterIt)
+{
+    CTollivarDlg &window = open();
+    setCaptured(u"concert"_s);
+    QString offered;
+    test::whenModalOpens([&](QWidget &locked) {
+        window.offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
+        EXPECT_EQ(test::control<QLineEdit>(locked, u"editURL"_s)->text(),
+                  u"http://site.example/page"_s);
+        test::click(*test::control(locked, u"btnCancel"_s));
+        test::whenModalOpens([&offered](QWidget &next) {
+            offered = test::control<QLineEdit>(next, u"editURL"_s)->text();
+            test::click(*test::control(next, u"btnCancel"_s));
+        });
+    });
+    window.addCapturedText(u"whatever"_s);
+    test::waitUntil("the second dialog", [&offered] { return !offered.isEmpty(); });
+    EXPECT_EQ(offered, u"http://second/"_s);
+}
+
+TEST_F(TollivarDlgTest, anAddressThatComesWhileACapturedMediumIsRefusedIsNotLost)
+{
+    CTollivarDlg &window = open();
+    // No folder can be made where a file of that name stands.
+    m_world.sandbox().write(u"concert"_s, "x");
+    setCaptured(u"concert"_s);
+    QString offered;
+    test::whenModalOpens([&](QWidget &locked) {
+        test::click(*test::control(locked, u"btnDownload"_s));
+        test::whenModalOpens([&](QWidget &warning) {
+            test::whenModalOpens([&offered](QWidget &next) {
+                offered = test::control<QLineEdit>(next, u"editURL"_s)->text();
+                test::click(*test::control(next, u"btnCancel"_s));
+            });
+            window.offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
+            warning.close();
+        });
+    });
+    window.addCapturedText(u"whatever"_s);
+    test::waitUntil("the second dialog", [&offered] { return !offered.isEmpty(); });
+    EXPECT_EQ(offered, u"http://second/"_s);
+    test::waitUntil("the end of all", [] { return QApplication::activeModalWidget() == nullptr; });
+    EXPECT_EQ(m_world.manager().visibleCount(), 0);
+}
+
+TEST_F(TollivarDlgTest, aChosenLanguageIsSeenInTheFlashNoteToo)
+{
+    m_world.wantsFlashNote = true;
+    open();
+    const auto *note = test::control<DuiLib::CTextUI>(m_world.window(), u"textCaption"_s);
+    EXPECT_TRUE(note->markup().contains(u"too old"_s)) << note->markup().toStdString();
+    m_world.texts().applyLanguage(u"Deutsch"_s);
+    EXPECT_EQ(note->markup(), m_world.languages().text(u"strNoteFlashOld"_s));
+    EXPECT_FALSE(note->markup().contains(u"too old"_s));
+}
+
+TEST_F(TollivarDlgTest, allSelectedTasksAreWantedConvertedAtOnce)
+{
+    m_world.add(u"a"_s);
+    m_world.add(u"b"_s);
+    CTollivarDlg &window = open();
+    std::vector<std::vector<QString>> wanted;
+    QObject::connect(&window, &CTollivarDlg::conversionWanted,
+                     [&wanted](const std::vector<tasks::TaskInfo> &tasks) {
+                         auto &names = wanted.emplace_back();
+                         for (const tasks::TaskInfo &task : tasks) {
+                             names.push_back(task.strOutputName);
+                         }
+                     });
+    window.runCommand(language::commands::kConvert);
+    EXPECT_TRUE(wanted.empty());
+    m_list->selectRows({0, 1});
+    window.runCommand(language::commands::kConvert);
+    EXPECT_THAT(wanted, ElementsAre(ElementsAre(u"a"_s, u"b"_s)));
+}
+
+TEST_F(TollivarDlgTest, theTrayMenuBringsTheWindowInFrontFirst)
+{
+    CTollivarDlg &window = open();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    const auto openTrayMenu = [] {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            auto *menu = qobject_cast<QMenu *>(widget);
+            if (menu != nullptr && !menu->isEmpty() &&
+                menu->actions().front()->data() == language::commands::kToggleWindow) {
+                Q_EMIT menu->aboutToShow();
+            }
+        }
+    };
+    openTrayMenu();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.hide();
+    openTrayMenu();
+    EXPECT_FALSE(window.isVisible()) << "in the tray it stays there";
 }
 
 TEST_F(TollivarDlgTest, copiesTheAddressesOfTheSelectedTasks)
