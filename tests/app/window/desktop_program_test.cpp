@@ -131,6 +131,34 @@ TEST_F(ProgramOnDesktop, withANotificationAreaClosingHidesAndTheIconBringsTheWin
     end();
 }
 
+TEST_F(ProgramOnDesktop, aDoubleClickOnTheIconRestoresAMinimizedWindow)
+{
+    m_desktop.startTray();
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.act({u"windowminimize"_s, u"--sync"_s, window});
+    waitUntilGone(kMainWindow);
+    m_desktop.doubleClick({11, 1'004});
+    waitUntilActive(m_desktop.waitForWindow(kMainWindow));
+    end();
+}
+
+TEST_F(ProgramOnDesktop, aHiddenStartShowsItsWindowWhenItIsWanted)
+{
+    m_desktop.startTray();
+    qputenv("TOLLIVAR_START_HIDDEN", "1");
+    m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
+    qunsetenv("TOLLIVAR_START_HIDDEN");
+    static_cast<void>(m_desktop.waitForWindow(kDropZone));
+    // What works on tasks has started whole.
+    download("/one.mp4");
+    static_cast<void>(m_desktop.waitForWindow(kPopup));
+    EXPECT_FALSE(isShown(kMainWindow));
+    startAgain();
+    waitUntilActive(m_desktop.waitForWindow(kMainWindow));
+    end();
+}
+
 TEST_F(ProgramOnDesktop, thePopupTakesNoKeyboardAndKeepsOffPanels)
 {
     m_desktop.startTray();
