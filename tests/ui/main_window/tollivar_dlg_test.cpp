@@ -201,6 +201,7 @@ TEST_F(TollivarDlgTest, startLeavesTheDownloadedOnesUnlessItIsCancelled)
     EXPECT_TRUE(isShowing(TaskFilter::Downloading, u"btnDownloading"_s));
     EXPECT_EQ(m_list->model()->rowCount(), 0);
     click(u"btnDownloaded"_s);
+    m_list->clearSelection();
     click(u"btnStart"_s);
     EXPECT_TRUE(isShowing(TaskFilter::Downloading, u"btnDownloading"_s));
 }
