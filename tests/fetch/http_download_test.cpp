@@ -223,6 +223,22 @@ TEST_F(HttpDownload, aTypeWithTwoDotsStaysWholeWhenItsNameIsTaken)
     EXPECT_EQ(m_sandbox.read(QStringLiteral("clip(0).html.download")), QByteArray("mine"));
 }
 
+TEST_F(HttpDownload, aRunAfterAFailureUsesTheNameThatTheFirstChose)
+{
+    m_sandbox.write(QStringLiteral("clip.mp4"), "somebody else's");
+    m_site.on("/gone", test::answerStatus("404 Not Found"));
+    m_site.on("/v", test::answer("mine, the first half"));
+    EXPECT_EQ(download("/v"), StepResult::Done);
+    EXPECT_EQ(download("/gone"), StepResult::Failed);
+    m_site.on("/v", test::answer("mine"));
+
+    EXPECT_EQ(download("/v"), StepResult::Done);
+
+    EXPECT_EQ(m_task.strOutputName, QStringLiteral("clip(0)"));
+    EXPECT_EQ(m_sandbox.read(QStringLiteral("clip(0).mp4")), QByteArray("mine"));
+    EXPECT_FALSE(QFile::exists(m_sandbox.file(QStringLiteral("clip(1).mp4"))));
+}
+
 TEST_F(HttpDownload, aSecondRunTruncatesTheFileOfTheFirst)
 {
     m_site.on("/long", test::answer("a long body"));
