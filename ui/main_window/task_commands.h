@@ -42,7 +42,8 @@ public:
 
     /// Starts the selected tasks. Asks once, at the first completed one, whether these start again;
     /// Cancel starts nothing at all. From the downloaded tasks the view goes to those being
-    /// downloaded, also when none starts; the restarted ones are selected there. True when the filter has changed.
+    /// downloaded, also when none starts; the restarted ones are selected there. True when the
+    /// filter has changed.
     bool startSelected(const std::function<Answer()> &askForCompleted);
     void stopSelected();
     /// Removes the selected tasks.
