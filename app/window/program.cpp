@@ -1,6 +1,7 @@
 #include "app/window/program.h"
 
 #include "app/command_line.h"
+#include "app/manager_options.h"
 #include "app/second_start.h"
 #include "app/task_request.h"
 #include "app/window/captured_tasks.h"
@@ -224,9 +225,9 @@ void Program::openSettings()
 void Program::applyOptions()
 {
     const auto &options = generalOptions();
-    m_engine.manager().setMaximumDownloads(std::max(options.m_nMaxSimDownloads, 1));
-    m_engine.manager().setRetryPolicy(
-        {.maximumRetries = options.m_nMaxRetry, .switchesMode = options.m_bAutoParseOriUrl});
+    const tasks::TaskManagerOptions running = managerOptions(options);
+    m_engine.manager().setMaximumDownloads(running.maximumDownloads);
+    m_engine.manager().setRetryPolicy(running.retry);
     m_window->applyOptions();
     m_dropZone->setMonitoring(options.m_bMonitorUrl);
     m_zonePresence.setOptions(

@@ -144,6 +144,24 @@ TEST_F(ManagerTest, theSecondRetryOfADirectFileChangesItsMethodForGood)
     EXPECT_EQ(stored().front().task.nModeHigh, 2);
 }
 
+TEST_F(ManagerTest, aChangedPolicyCountsFromTheNextFailureOn)
+{
+    begin({.retry = {.maximumRetries = 1}});
+    TaskInfo task;
+    task.nModeLow = 6;
+    task.strFileType = QStringLiteral(".swf");
+    const std::uint32_t id = m_manager->addTask(task, TaskOrigin::New);
+    start(id);
+    end(id, TaskEventCode::DownloadFailed);
+    m_manager->setRetryPolicy({.maximumRetries = 3, .switchesMode = false});
+    end(id, TaskEventCode::DownloadFailed);
+    EXPECT_EQ(state(id), TaskState::Started);
+    EXPECT_EQ(worker(id).record().nModeLow, 6);
+    m_manager->setRetryPolicy({.maximumRetries = 3, .switchesMode = true});
+    end(id, TaskEventCode::DownloadFailed);
+    EXPECT_EQ(worker(id).record().nModeLow, 2);
+}
+
 TEST_F(ManagerTest, startingACompletedTaskLowersTheCountAndClearsItsColumns)
 {
     begin();
