@@ -2,7 +2,6 @@
 
 #include "platform/file_ops.h"
 #include "update/update_info.h"
-#include "update/update_schedule.h"
 #include "update/version.h"
 
 #include <QFile>
@@ -24,12 +23,14 @@ QString updateAddress(const QString &address, const QString &version)
 }
 
 UpdateChecker::UpdateChecker(UpdatePlaces places, QString version, UpdateGet get,
-                             platform::AppMessagePort owner, const platform::Clock &clock)
+                             platform::AppMessagePort owner, const platform::Clock &clock,
+                             const RetryPauses &pauses)
     : m_places(std::move(places))
     , m_version(std::move(version))
     , m_get(std::move(get))
     , m_owner(std::move(owner))
     , m_clock(clock)
+    , m_pauses(pauses)
     , m_thread(std::make_unique<platform::WorkerThread>([this] { run(); }))
 {
     m_thread->resume();
@@ -55,7 +56,7 @@ void UpdateChecker::check(CheckKind kind)
 
 void UpdateChecker::run()
 {
-    RetrySchedule retries;
+    RetrySchedule retries(m_pauses);
     std::chrono::milliseconds wait = kNoWait;
     for (;;) {
         const bool isTriggered = m_trigger.wait(wait);

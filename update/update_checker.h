@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/message_port.h"
 #include "platform/worker_thread.h"
+#include "update/update_schedule.h"
 
 #include <QString>
 
@@ -48,7 +49,8 @@ struct UpdatePlaces {
 [[nodiscard]] QString updateAddress(const QString &address, const QString &version);
 
 /// Asks the server for a newer version, in the background. An automatic check that fails is tried
-/// again after 5, 10, 20, 30 and 30 minutes; an explicit one is not.
+/// again after each of the pauses in turn; an explicit one is not, and ends the tries of an earlier
+/// one.
 ///
 /// Threads: made, used and destroyed on one thread; works on one of its own, and tells results by
 ///          UpdateResult messages.
@@ -56,7 +58,8 @@ struct UpdatePlaces {
 class UpdateChecker {
 public:
     UpdateChecker(UpdatePlaces places, QString version, UpdateGet get,
-                  platform::AppMessagePort owner, const platform::Clock &clock);
+                  platform::AppMessagePort owner, const platform::Clock &clock,
+                  const RetryPauses &pauses);
     /// Stops a check that is under way, and waits for its end.
     ~UpdateChecker();
     UpdateChecker(const UpdateChecker &) = delete;
@@ -77,6 +80,7 @@ private:
     UpdateGet m_get;
     platform::AppMessagePort m_owner;
     const platform::Clock &m_clock;
+    RetryPauses m_pauses;
     platform::AutoResetEvent m_trigger;
     platform::AutoResetEvent m_stop;
     std::atomic<bool> m_isStopping = false;

@@ -17,25 +17,9 @@ bool isCheckDue(int mode, const QDateTime &lastCheck, const QDateTime &now)
     return false;
 }
 
-std::optional<std::chrono::minutes> RetrySchedule::next()
+std::optional<std::chrono::milliseconds> RetrySchedule::next()
 {
-    using namespace std::chrono_literals;
-    switch (m_attemptsLeft) {
-    case 0:
-        return std::nullopt;
-    case 5:
-        --m_attemptsLeft;
-        return 5min;
-    case 4:
-        --m_attemptsLeft;
-        return 10min;
-    case 3:
-        --m_attemptsLeft;
-        return 20min;
-    default:
-        --m_attemptsLeft;
-        return 30min;
-    }
+    return m_taken < m_pauses.size() ? std::optional(m_pauses[m_taken++]) : std::nullopt;
 }
 
 } // namespace tollivar::update

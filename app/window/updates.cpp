@@ -35,7 +35,7 @@ Updates::Updates(QWidget &owner, const DataPaths &paths, ui::DialogTexts texts)
     , m_checker(std::make_unique<update::UpdateChecker>(
           update::UpdatePlaces{serverAddress(), paths.update, paths.updateInTransit},
           QString(platform::build::kVersion), downloadUpdateInfo, m_inbox.port(),
-          platform::systemClock()))
+          platform::systemClock(), update::kRetryPauses))
 {
 }
 

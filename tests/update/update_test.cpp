@@ -49,7 +49,7 @@ TEST(UpdateSchedule, aStartChecksByItsMode)
 
 TEST(UpdateSchedule, failuresAreRetriedFiveTimesEachLater)
 {
-    RetrySchedule schedule;
+    RetrySchedule schedule(kRetryPauses);
     for (const auto wait : {5min, 10min, 20min, 30min, 30min}) {
         EXPECT_EQ(schedule.next(), wait);
     }
@@ -130,7 +130,7 @@ TEST(UpdateChecker, newsThatCannotBeStoredAreAFailedCheck)
     };
     UpdateChecker checker(
         {u"http://a/"_s, sandbox.file(u"update.ini"_s), sandbox.file(u"transit.ini"_s)},
-        u"1.0.0.0"_s, get, inbox.port(), platform::systemClock());
+        u"1.0.0.0"_s, get, inbox.port(), platform::systemClock(), kRetryPauses);
     checker.check(CheckKind::Explicit);
     test::waitUntil("a result", [&results] { return !results.empty(); });
     EXPECT_EQ(results, std::vector{static_cast<std::uint64_t>(UpdateResult::Unreachable)});

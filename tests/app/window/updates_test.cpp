@@ -22,12 +22,15 @@ using update::GetResult;
 /// The checker with the real download and a server that the test scripts.
 class UpdateCheck : public ::testing::Test {
 protected:
+    /// Failed checks are tried again without a pause.
+    static constexpr update::RetryPauses kAtOnce{};
+
     std::unique_ptr<update::UpdateChecker> makeChecker(const QByteArray &path = "/check")
     {
         return std::make_unique<update::UpdateChecker>(
             update::UpdatePlaces{m_site.address(path), m_sandbox.file(u"update.ini"_s),
                                  m_sandbox.file(u"tmpupdate.ini"_s)},
-            u"1.0.0.0"_s, downloadUpdateInfo, m_inbox.port(), platform::systemClock());
+            u"1.0.0.0"_s, downloadUpdateInfo, m_inbox.port(), platform::systemClock(), kAtOnce);
     }
 
     void answer(const QByteArray &version)
@@ -81,9 +84,49 @@ TEST_F(UpdateCheck, asksWithTheProgramsVersionAndItsOldHeaders)
     EXPECT_EQ(check(*makeChecker()), 13U);
     EXPECT_EQ(update::updateAddress(u"http://a/b"_s, u"1.2.3.4"_s), u"http://a/b?ver=1.2.3.4"_s);
     EXPECT_EQ(update::updateAddress(u"http://a/b?x=1"_s, u"1"_s), u"http://a/b?x=1&ver=1"_s);
-    const QByteArray request = m_site.requests().front();
-    EXPECT_TRUE(request.startsWith("GET /check?ver=1.0.0.0 ")) << request.constData();
-    EXPECT_TRUE(request.contains("Mozilla/4.0 (compatible; MSIE 5.00; Windows 98)"));
+    EXPECT_EQ(
+        m_site.requests().front(),
+        "GET /check?ver=1.0.0.0 HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(m_site.port()) +
+            "\r\nAccept: */*\r\n"
+            "User-Agent:Mozilla/4.0 (compatible; MSIE 5.00; Windows 98)\r\n"
+            "Cache-Control: no-cache\r\n\r\n");
+}
+
+TEST_F(UpdateCheck, anAutomaticOneThatFailsIsTriedFiveTimesMore)
+{
+    const auto checker = makeChecker();
+    m_site.on("/check?ver=1.0.0.0", test::answerCut({}, 10));
+    checker->check(CheckKind::Automatic);
+    test::waitUntil("the results", [this] { return m_results.size() == 6; });
+    EXPECT_EQ(m_results, std::vector<std::uint64_t>(6, 10));
+    // Whatever it did of its own accord comes before what it is asked to do.
+    EXPECT_EQ(check(*checker), 10U);
+    EXPECT_EQ(m_site.requests().size(), 7U);
+}
+
+TEST_F(UpdateCheck, anAutomaticOneIsNotTriedAgainOnceItIsAnswered)
+{
+    const auto checker = makeChecker();
+    m_site.on("/check?ver=1.0.0.0", [this](test::HttpPeer &peer) {
+        answer("1.0.0.0");
+        peer.send("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
+    });
+    checker->check(CheckKind::Automatic);
+    test::waitUntil("the result", [this] { return !m_results.empty(); });
+    EXPECT_EQ(check(*checker), 13U);
+    // Another answer than 200 is none, and nothing to tell a person who did not ask.
+    EXPECT_EQ(m_results, (std::vector<std::uint64_t>{13, 13}));
+    EXPECT_EQ(m_site.requests().size(), 3U);
+}
+
+TEST_F(UpdateCheck, anExplicitOneThatFailsIsNotTriedAgain)
+{
+    const auto checker = makeChecker();
+    m_site.on("/check?ver=1.0.0.0", test::answerCut({}, 10));
+    EXPECT_EQ(check(*checker), 10U);
+    answer("1.0.0.0");
+    EXPECT_EQ(check(*checker), 13U);
+    EXPECT_EQ(m_site.requests().size(), 2U);
 }
 
 TEST_F(UpdateCheck, anotherStatusIsAFailureAndNoAnswer)
