@@ -16,7 +16,7 @@ const QString kConnection = u"file manager"_s;
 
 } // namespace
 
-FileManagerService::FileManagerService(const SessionBus &bus, Answer answer) : m_answer(answer)
+FileManagerService::FileManagerService(const SessionBus &bus)
 {
     auto connection = QDBusConnection::connectToBus(bus.address(), kConnection);
     EXPECT_TRUE(connection.registerVirtualObject(u"/org/freedesktop/FileManager1"_s, this));

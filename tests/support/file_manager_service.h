@@ -16,11 +16,13 @@ public:
     enum class Answer { Shows, Refuses };
 
     /// The bus must outlive the service.
-    FileManagerService(const SessionBus &bus, Answer answer);
+    explicit FileManagerService(const SessionBus &bus);
     ~FileManagerService() override;
     FileManagerService(const FileManagerService &) = delete;
     FileManagerService &operator=(const FileManagerService &) = delete;
 
+    /// What it does from now on; it shows files at first.
+    void answer(Answer answer) { m_answer = answer; }
     /// The addresses of the files that it was asked for so far.
     [[nodiscard]] const QStringList &asked() const { return m_asked; }
 
@@ -28,7 +30,7 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 private:
-    Answer m_answer;
+    Answer m_answer = Answer::Shows;
     QStringList m_asked;
 };
 
