@@ -2,33 +2,28 @@
 
 #include "app/command_line.h"
 #include "app/manager_options.h"
-#include "app/second_start.h"
 #include "app/task_request.h"
 #include "app/window/captured_tasks.h"
 #include "app/window/guide.h"
 #include "platform/browser_engine.h"
 #include "platform/build_config.h"
-#include "platform/file_ops.h"
 #include "platform/flash_version.h"
 #include "platform/open_external.h"
 #include "platform/paths.h"
-#include "platform/quiet_time.h"
 #include "platform/single_instance.h"
 #include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
-#include "ui/notify/task_notify_dlg.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QScreen>
 #include <QTimer>
 
 namespace tollivar::app {
 
 using namespace Qt::StringLiterals;
-using platform::CopyDataId;
 using ui::CTollivarDlg;
+using ui::SelectedTasks;
 
 namespace {
 
@@ -38,6 +33,22 @@ constexpr auto kHiddenVariable = "TOLLIVAR_START_HIDDEN";
 /// The exit status when somebody asks for the end a second time.
 constexpr int kInterruptedTwice = 3;
 
+const QString kBrowser = u".\\SniffBrowser.exe"_s;
+const QString kPlayer = u".\\ClipPlayer.exe"_s;
+const QString kConverter = u".\\quenmoor.exe"_s;
+
+void openInBrowser(const QString &address)
+{
+    platform::startCompanion(kBrowser, {u"-url"_s, address});
+}
+
+/// The player alone when `path` is empty.
+void openInPlayer(const QString &path)
+{
+    platform::startCompanion(kPlayer,
+                             path.isEmpty() ? QStringList{} : QStringList{u"-file"_s, path});
+}
+
 } // namespace
 
 Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths paths)
@@ -46,7 +57,7 @@ Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths pat
     , m_paths(std::move(paths))
     , m_options(m_settings)
     , m_languages(m_settings, platform::programDirectory() + u"/Language"_s)
-    , m_inbox([this](const platform::AppMessage &message) { takeAddress(message); })
+    , m_notes(windowTexts().dialog)
 {
     m_options.LoadAll();
     m_languages.load();
@@ -54,16 +65,13 @@ Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths pat
     m_engine.onEvent([this](std::uint32_t task, tasks::TaskEventCode code) {
         m_window->onTaskEvent(task, code);
     });
-    m_dropZone = std::make_unique<ui::CDragDlg>(m_inbox.port(), windowTexts().text);
+    m_dropZone = std::make_unique<DropZone>(*m_window, m_settings, windowTexts().text);
     m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts().dialog);
-    QObject::connect(m_window.get(), &CTollivarDlg::updateCheckWanted, m_window.get(),
-                     [this] { m_updates->checkNow(); });
-    placeDropZone();
-    connectDropZone();
     connectWindow();
     connectCompanions();
     applyOptions();
-    listen();
+    m_handedOver =
+        std::make_unique<HandedOver>(*m_window, platform::instancePlace(m_paths.directory).socket);
 }
 
 Program::~Program() = default;
@@ -124,20 +132,41 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::helpWanted, window,
                      [] { openGuide(platform::programDirectory()); });
     QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
+    QObject::connect(window, &CTollivarDlg::updateCheckWanted, window,
+                     [this] { m_updates->checkNow(); });
     QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,
                      [this](const tasks::TaskInfo &task, std::uint32_t id) {
-                         tellCompleted(task);
+                         m_notes.tell(task);
                          if (!task.m_ConvOpts.m_csType.isEmpty()) {
                              m_conversions.start(id, task);
                          }
                      });
     QObject::connect(window, &CTollivarDlg::pageFailed, window,
                      [this] { m_missingBrowser.pageFailed(); });
+}
+
+void Program::connectCompanions()
+{
+    CTollivarDlg *window = m_window.get();
+    QObject::connect(window, &CTollivarDlg::browserWanted, window, [this](bool asks) {
+        if (asks) {
+            platform::startCompanion(kBrowser);
+        } else {
+            openQuickBrowser();
+        }
+    });
+    const SelectedTasks *selected = &m_window->selected();
+    QObject::connect(selected, &SelectedTasks::webPageWanted, window, openInBrowser);
+    QObject::connect(selected, &SelectedTasks::playerWanted, window, openInPlayer);
+    QObject::connect(selected, &SelectedTasks::fileWanted, window,
+                     [](const QString &path) { platform::openPath(path); });
+    QObject::connect(selected, &SelectedTasks::folderWanted, window,
+                     [](const QString &path) { platform::revealFile(path); });
     QObject::connect(
-        window, &CTollivarDlg::profileWanted, window,
+        selected, &SelectedTasks::profileWanted, window,
         [this](const tasks::TaskInfo &task, std::uint32_t id) { m_conversions.start(id, task); });
-    QObject::connect(window, &CTollivarDlg::conversionWanted, window,
+    QObject::connect(selected, &SelectedTasks::conversionWanted, window,
                      [this](const std::vector<tasks::TaskInfo> &tasks) {
                          // Where one cannot be converted the others cannot either.
                          for (const tasks::TaskInfo &task : tasks) {
@@ -146,51 +175,11 @@ void Program::connectWindow()
                              }
                          }
                      });
-}
-
-void Program::connectDropZone()
-{
-    const CTollivarDlg *window = m_window.get();
-    ui::CDragDlg *zone = m_dropZone.get();
-    QObject::connect(zone, &ui::CDragDlg::doubleClicked, window, &CTollivarDlg::showAndActivate);
-    QObject::connect(window, &CTollivarDlg::totalProgressChanged, zone, &ui::CDragDlg::setProgress);
-    QObject::connect(window, &CTollivarDlg::dropZoneToggled, zone, [this, zone] {
-        m_zonePresence.toggle();
-        zone->setVisible(m_zonePresence.isShown());
-    });
-    QObject::connect(window, &CTollivarDlg::minimisedChanged, zone, [this, zone](bool is) {
-        m_zonePresence.setWindowMinimised(is);
-        zone->setVisible(m_zonePresence.isShown());
-    });
-    QObject::connect(window, &CTollivarDlg::activatedByPerson, zone, [zone] {
-        if (zone->isVisible()) {
-            zone->raise();
-        }
-    });
-}
-
-void Program::connectCompanions()
-{
-    CTollivarDlg *window = m_window.get();
-    QObject::connect(window, &CTollivarDlg::browserWanted, window, [this](bool asks) {
-        if (asks) {
-            platform::startCompanion(u".\\SniffBrowser.exe"_s);
-        } else {
-            openQuickBrowser();
-        }
-    });
-    QObject::connect(window, &CTollivarDlg::webPageWanted, window, [](const QString &address) {
-        platform::startCompanion(u".\\SniffBrowser.exe"_s, {u"-url"_s, address});
-    });
-    QObject::connect(window, &CTollivarDlg::playerWanted, window, [](const QString &path) {
-        platform::startCompanion(u".\\ClipPlayer.exe"_s,
-                                 path.isEmpty() ? QStringList{} : QStringList{u"-file"_s, path});
-    });
-    QObject::connect(window, &CTollivarDlg::fileWanted, window,
-                     [](const QString &path) { platform::openPath(path); });
-    QObject::connect(
-        window, &CTollivarDlg::folderWanted, window,
-        [](const QString & /*folder*/, const QString &path) { platform::revealFile(path); });
+    QObject::connect(&m_notes, &CompletionNotes::playWanted, window, openInPlayer);
+    QObject::connect(&m_notes, &CompletionNotes::folderWanted, window,
+                     [](const QString &path) { platform::revealFile(path); });
+    QObject::connect(&m_notes, &CompletionNotes::conversionWanted, window,
+                     [this](const QString &path) { convert(path); });
 }
 
 void Program::openQuickBrowser()
@@ -199,8 +188,8 @@ void Program::openQuickBrowser()
         return;
     }
     m_browser = std::make_unique<CaptureBrowser>(platform::kUnknownBrowserVersion);
-    QObject::connect(m_browser.get(), &CaptureBrowser::captured, m_window.get(),
-                     &CTollivarDlg::addCapturedRecord);
+    QObject::connect(m_browser.get(), &CaptureBrowser::captured, &m_window->intake(),
+                     &ui::AddressIntake::addCapturedRecord);
     QObject::connect(
         m_browser.get(), &CaptureBrowser::ended, m_window.get(), [this] { m_browser.reset(); },
         Qt::QueuedConnection);
@@ -229,10 +218,7 @@ void Program::applyOptions()
     m_engine.manager().setMaximumDownloads(running.maximumDownloads);
     m_engine.manager().setRetryPolicy(running.retry);
     m_window->applyOptions();
-    m_dropZone->setMonitoring(options.m_bMonitorUrl);
-    m_zonePresence.setOptions(
-        {.isWanted = options.m_bShowDragZone, .standsForWindow = options.m_bMinimizeDragTask});
-    m_dropZone->setVisible(m_zonePresence.isShown());
+    m_dropZone->applyOptions(options);
 }
 
 void Program::showPlayerHelp()
@@ -240,58 +226,16 @@ void Program::showPlayerHelp()
     const ui::WindowTexts texts = windowTexts();
     auto *dialog =
         new ui::CCantPlayDlg(m_window.get(), m_settings, texts, platform::flashPlayerVersion());
-    QObject::connect(dialog, &ui::CCantPlayDlg::upgradeWanted, m_window.get(), [] {
-        platform::startCompanion(u".\\SniffBrowser.exe"_s,
-                                 {u"-url"_s, QString(platform::build::kFlashPage)});
-    });
+    QObject::connect(dialog, &ui::CCantPlayDlg::upgradeWanted, m_window.get(),
+                     [] { openInBrowser(QString(platform::build::kFlashPage)); });
     QObject::connect(dialog, &ui::CCantPlayDlg::choiceStored, m_window.get(),
                      [this] { m_window->port().post(platform::AppMessageId::FlashNote, 0, 0); });
     dialog->show();
 }
 
-void Program::tellCompleted(const tasks::TaskInfo &task)
-{
-    platform::askForQuietTime(m_window.get(), [this, task](platform::Notices notices) {
-        if (notices == platform::Notices::Welcome) {
-            showCompleted(task);
-        }
-    });
-}
-
-void Program::showCompleted(const tasks::TaskInfo &task)
-{
-    m_sound.play(platform::programDirectory() + u"/sound/sound.wav"_s);
-    auto *popup = new ui::CTaskNotifyDlg(
-        {task.strOutputFolder, task.strOutputName, task.strFileType}, windowTexts().dialog);
-    QObject::connect(popup, &ui::CTaskNotifyDlg::playWanted, m_window.get(),
-                     &CTollivarDlg::playerWanted);
-    QObject::connect(popup, &ui::CTaskNotifyDlg::folderWanted, m_window.get(),
-                     &CTollivarDlg::folderWanted);
-    QObject::connect(popup, &ui::CTaskNotifyDlg::conversionWanted, m_window.get(),
-                     [this](const QString &path) { convert(path); });
-    popup->showFor({});
-}
-
-void Program::placeDropZone()
-{
-    constexpr int kFromEdge = 24;
-    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-    const auto place = m_settings.text(settings::keys::kDropZonePlace).split(u',');
-    const QPoint wanted(place.value(0).toInt(), place.value(1).toInt());
-    const bool isUsable = place.size() == 2 && area.contains(wanted);
-    m_dropZone->move(
-        isUsable ? wanted
-                 : QPoint(area.right() - m_dropZone->width() - kFromEdge, area.top() + kFromEdge));
-    QObject::connect(m_dropZone.get(), &ui::CDragDlg::moveEnded, m_window.get(),
-                     [this](QPoint moved) {
-                         m_settings.setText(settings::keys::kDropZonePlace,
-                                            u"%1,%2"_s.arg(moved.x()).arg(moved.y()));
-                     });
-}
-
 bool Program::convert(const QString &path)
 {
-    const bool isStarted = platform::startCompanion(u".\\quenmoor.exe"_s, {u"-file"_s, path});
+    const bool isStarted = platform::startCompanion(kConverter, {u"-file"_s, path});
     if (!isStarted) {
         QMessageBox::question(m_window.get(), QString(platform::build::kProductName),
                               m_languages.text(u"strNoConverter"_s), QMessageBox::Ok);
@@ -308,64 +252,6 @@ void Program::tellMissingBrowser()
     note->open();
 }
 
-void Program::takeAddress(const platform::AppMessage &message)
-{
-    if (message.id == platform::AppMessageId::AddressReady) {
-        m_window->offerAddress(m_dropZone->receivedText(), message.first == 1
-                                                               ? ui::AddressOrigin::Clipboard
-                                                               : ui::AddressOrigin::Dropped);
-    }
-}
-
-void Program::listen()
-{
-    const auto place = platform::instancePlace(m_paths.directory);
-    auto server = platform::LocalMessageServer::listen(
-        place.socket,
-        [this](CopyDataId id, const QByteArray &payload) { takeMessage(id, payload); });
-    if (server) {
-        m_messages = std::move(*server);
-    } else {
-        qWarning("later starts cannot hand anything over: %s", qPrintable(server.error().text));
-    }
-}
-
-void Program::takeMessage(CopyDataId id, const QByteArray &payload)
-{
-    switch (id) {
-    case CopyDataId::BringToFront:
-        m_window->showAndActivate();
-        break;
-    case CopyDataId::CommandLine:
-        if (const auto arguments = readCommandLineMessage(payload)) {
-            m_window->addAddress(addressOf(*arguments).value_or(QString()));
-        }
-        break;
-    case CopyDataId::CapturedText:
-        m_window->addCapturedText(QString::fromUtf8(payload));
-        break;
-    case CopyDataId::AddTasks:
-        addTasks(payload);
-        break;
-    }
-}
-
-void Program::addTasks(const QByteArray &requests)
-{
-    const auto decoded = decodeTaskRequests(requests);
-    if (!decoded) {
-        qWarning("tasks were not taken over: %s", qPrintable(decoded.error().text));
-        return;
-    }
-    for (const TaskRequest &request : *decoded) {
-        if (const auto task = newTask(request)) {
-            m_window->addNewTask(*task);
-        } else {
-            qWarning("a task was not taken over: %s", qPrintable(task.error().text));
-        }
-    }
-}
-
 void Program::start(const QStringList &arguments)
 {
     m_window->start(qEnvironmentVariableIntValue(kHiddenVariable) != 0
@@ -377,7 +263,7 @@ void Program::start(const QStringList &arguments)
     m_interrupt =
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
     if (const auto address = addressOf(arguments)) {
-        m_window->addAddress(*address);
+        m_window->intake().addAddress(*address);
     }
 }
 
@@ -400,15 +286,15 @@ void Program::tellSkinProblems()
 void Program::shutDown()
 {
     // First everything that is seen: what follows may take a moment.
-    m_dropZone->hide();
-    ui::CTaskNotifyDlg::closeAll();
+    m_dropZone->leaveScreen();
+    CompletionNotes::closeAll();
     m_window->leaveScreen();
     m_browser.reset();
     m_conversions.stopAll();
     m_engine.manager().shutDown();
     m_engine.onEvent({});
     m_updates.reset();
-    m_messages.reset();
+    m_handedOver.reset();
     m_dropZone.reset();
     m_window.reset();
 }

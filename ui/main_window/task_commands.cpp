@@ -2,6 +2,7 @@
 
 #include <numeric>
 #include <optional>
+#include <utility>
 
 namespace tollivar::ui {
 
@@ -10,6 +11,21 @@ using tasks::StartOutcome;
 using tasks::StopOutcome;
 using tasks::TaskFilter;
 using tasks::TaskState;
+
+TaskCommands::TaskCommands(tasks::TaskManager &manager, TaskRows &rows,
+                           StopConversion stopConversion)
+    : m_manager(manager)
+    , m_rows(rows)
+    , m_stopConversion(std::move(stopConversion))
+{
+}
+
+void TaskCommands::stopConversion(int row) const
+{
+    if (m_stopConversion && isCompleted(row)) {
+        m_stopConversion(m_manager.workerAt(row)->taskId());
+    }
+}
 
 bool TaskCommands::isCompleted(int row) const
 {
@@ -49,6 +65,8 @@ bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
         // Each restarted task leaves the downloaded ones, and the rows behind it move up.
         const int place = showsDownloaded ? row - restarted : row;
         const bool leaves = showsDownloaded && isCompleted(place);
+        // What is being read is about to be downloaded anew.
+        stopConversion(place);
         const auto outcome =
             m_manager.startTask(place, leaves ? Placement::MoveToEnd : Placement::Keep);
         restarted += leaves ? 1 : 0;
@@ -70,6 +88,7 @@ bool TaskCommands::startSelected(const std::function<Answer()> &askForCompleted)
 void TaskCommands::stopSelected()
 {
     for (const int row : m_rows.selectedRows()) {
+        stopConversion(row);
         if (m_manager.stopTask(row) != StopOutcome::Nothing) {
             m_rows.redrawRow(row);
         }
@@ -95,6 +114,10 @@ void TaskCommands::clearCompleted()
 
 void TaskCommands::removeRows(const std::vector<int> &rows, tasks::FileOnRemoval files)
 {
+    // Nobody could stop them once the rows are gone.
+    for (const int row : rows) {
+        stopConversion(row);
+    }
     m_manager.removeTasks(rows, files);
     m_manager.reapEndedThreads();
     m_rows.refreshRows();

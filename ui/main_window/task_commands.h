@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -38,13 +39,17 @@ public:
 /// Owns:    nothing; manager and rows must outlive it.
 class TaskCommands {
 public:
-    TaskCommands(tasks::TaskManager &manager, TaskRows &rows) : m_manager(manager), m_rows(rows) {}
+    /// Ends the conversion of a finished task's file, if there is one.
+    using StopConversion = std::function<void(std::uint32_t taskId)>;
+
+    TaskCommands(tasks::TaskManager &manager, TaskRows &rows, StopConversion stopConversion);
 
     /// Starts the selected tasks. Asks once, at the first completed one, whether these start again;
     /// Cancel starts nothing at all. From the downloaded tasks the view goes to those being
     /// downloaded, also when none starts; the restarted ones are selected there. True when the
     /// filter has changed.
     bool startSelected(const std::function<Answer()> &askForCompleted);
+    /// Their conversions too.
     void stopSelected();
     /// Removes the selected tasks.
     void removeSelected(tasks::FileOnRemoval files);
@@ -56,10 +61,12 @@ private:
     /// The rows that starting the selected tasks means; nothing when the question was cancelled.
     [[nodiscard]] std::optional<std::vector<int>>
     rowsToStart(const std::function<Answer()> &askForCompleted) const;
+    void stopConversion(int row) const;
     void removeRows(const std::vector<int> &rows, tasks::FileOnRemoval files);
 
     tasks::TaskManager &m_manager;
     TaskRows &m_rows;
+    StopConversion m_stopConversion;
 };
 
 } // namespace tollivar::ui

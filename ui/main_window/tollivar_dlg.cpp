@@ -1,11 +1,8 @@
 #include "ui/main_window/tollivar_dlg.h"
 
 #include "app/language/menu_tables.h"
-#include "fetch/text/file_naming.h"
 #include "platform/build_config.h"
-#include "platform/file_ops.h"
 #include "settings/general_options.h"
-#include "ui/dialogs/add_task_dlg.h"
 #include "ui/main_window/caption_texts.h"
 #include "ui/main_window/main_menus.h"
 #include "ui/skin/text_ui.h"
@@ -56,32 +53,15 @@ constexpr std::array kControls = {
     RequiredControl{"Button"_L1, "btnExit"_L1},
 };
 
-/// How often the line below the list counts anew while something runs.
-constexpr std::chrono::milliseconds kTotalsInterval{500};
-
 const QString kProgram = platform::build::kProductName;
-
-/// The address in dropped or pasted data; nothing for files and for what is no text.
-QString addressIn(const QMimeData &data)
-{
-    const auto addresses = data.urls();
-    for (const QUrl &address : addresses) {
-        if (address.isLocalFile()) {
-            return {};
-        }
-    }
-    if (!addresses.isEmpty()) {
-        return addresses.front().toString();
-    }
-    return data.text().section(u'\n', 0, 0).trimmed();
-}
 
 } // namespace
 
 CTollivarDlg::CTollivarDlg(const WindowServices &services)
     : CUILibDialog(nullptr, Qt::Window)
     , m_services(services)
-    , m_commands(services.manager, *this)
+    , m_commands(services.manager, *this, services.stopConversion)
+    , m_intake(*this, m_services)
     , m_inbox([this](const platform::AppMessage &message) { handle(message); })
 {
     setWindowTitle(kProgram);
@@ -90,16 +70,12 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
     createFace(u"AppTollivar.xml"_s, kControls);
     setMinimumSize(paintManager().GetMinInfo());
     bindList();
-    m_menus =
-        std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
-    m_menus->addProfiles([this] { return profilesForSelected(); },
-                         [this](const QString &profile) { convertSelected(profile); });
-    m_menus->addCopyDetails([this] { copyDetails(); });
+    bindIntake();
+    bindMenus();
     bindTray();
     bindKeys();
-    m_totals = new QTimer(this);
-    connect(m_totals, &QTimer::timeout, this, &CTollivarDlg::refreshTotals);
-    m_totals->start(kTotalsInterval);
+    m_totals = std::make_unique<TotalsLine>(control<QLabel>("ctrlhide"_L1), m_services.manager,
+                                            m_services.texts.text);
     applyLanguage();
 }
 
@@ -131,20 +107,30 @@ void CTollivarDlg::bindList()
     m_list->attach(&m_services.manager);
     applyOptions();
     m_services.manager.onRowsChanged([this] { m_list->refreshRows(); });
-    connect(m_list, &CListCtrlEx::addWanted, this, [this] { openAddTask({}); });
+    m_selected =
+        std::make_unique<SelectedTasks>(*m_list, m_services.manager, m_services.texts.text);
+    connect(m_list, &CListCtrlEx::addWanted, this, &CTollivarDlg::addTask);
     connect(m_list, &CListCtrlEx::removeWanted, this, &CTollivarDlg::removeSelected);
-    connect(m_list, &CListCtrlEx::toggleWanted, this, [this] {
-        const auto chosen = m_list->selectedRows();
-        const bool anyRuns = std::any_of(chosen.begin(), chosen.end(), [this](int row) {
-            const auto *worker = m_services.manager.workerAt(row);
-            return worker != nullptr && (tasks::isRunning(worker->state()) ||
-                                         worker->state() == tasks::TaskState::Waiting);
-        });
-        anyRuns ? m_commands.stopSelected() : startSelected();
-    });
+    connect(m_list, &CListCtrlEx::toggleWanted, this, &CTollivarDlg::toggleSelected);
     connect(m_list, &CListCtrlEx::activated, this, &CTollivarDlg::playSelected);
     connect(m_list, &CListCtrlEx::menuWanted, this,
             [this](QPoint place) { m_menus->list().popup(place); });
+}
+
+void CTollivarDlg::bindIntake()
+{
+    connect(&m_intake, &AddressIntake::windowWanted, this, &CTollivarDlg::showAndActivate);
+    connect(&m_intake, &AddressIntake::tasksAdded, this, &CTollivarDlg::refreshTasks);
+    connect(m_selected.get(), &SelectedTasks::copied, &m_intake, &AddressIntake::setCopiedText);
+}
+
+void CTollivarDlg::bindMenus()
+{
+    m_menus =
+        std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
+    m_menus->addProfiles([this] { return m_selected->profiles(); },
+                         [this](const QString &profile) { m_selected->convertTo(profile); });
+    m_menus->addCopyDetails([this] { m_selected->copyDetails(); });
 }
 
 void CTollivarDlg::bindTray()
@@ -166,9 +152,10 @@ void CTollivarDlg::bindKeys()
         auto *shortcut = new QShortcut(keys, this);
         connect(shortcut, &QShortcut::activated, this, action);
     };
-    bind(QKeySequence::New, [this] { openAddTask({}); });
+    bind(QKeySequence::New, [this] { addTask(); });
     bind(QKeySequence::Paste, [this] {
-        offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()), AddressOrigin::Dropped);
+        m_intake.offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()),
+                              AddressOrigin::Dropped);
     });
     bind(QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Q_EMIT browserWanted(false); });
     bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
@@ -184,7 +171,7 @@ void CTollivarDlg::applyOptions()
         m_services.options.Get(settings::COptionsManager::kGeneral));
     if (options != nullptr) {
         m_list->setRetrySetting(options->m_nMaxRetry);
-        m_minimisesAfterCapture = options->m_bMinimizeDragTask;
+        m_intake.setMinimisesAfterwards(options->m_bMinimizeDragTask);
     }
 }
 
@@ -221,7 +208,7 @@ void CTollivarDlg::applyLanguage()
     m_list->applyLanguage();
     showFlashNote();
     refreshCaptions();
-    refreshTotals();
+    m_totals->refresh();
 }
 
 void CTollivarDlg::start(Appearance appearance)
@@ -244,18 +231,8 @@ void CTollivarDlg::Notify(const DuiLib::SkinEvent &event)
 
 void CTollivarDlg::handle(const platform::AppMessage &message)
 {
-    switch (message.id) {
-    case AppMessageId::AddPendingAddress:
-        addPendingAddress();
-        break;
-    case AppMessageId::CapturedTexts:
-        takeCapturedTexts();
-        break;
-    case AppMessageId::FlashNote:
+    if (message.id == AppMessageId::FlashNote) {
         showFlashNote();
-        break;
-    default:
-        break;
     }
 }
 
@@ -271,7 +248,7 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
     refreshCaptions();
     if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
         code == TaskEventCode::Completed) {
-        m_total.countCompleted();
+        m_totals->countCompleted();
         m_list->refreshRows();
         Q_EMIT taskCompleted(worker->record(), taskId);
     }
@@ -281,137 +258,15 @@ void CTollivarDlg::onTaskEvent(std::uint32_t taskId, TaskEventCode code)
     }
 }
 
-void CTollivarDlg::addAddress(const QString &address)
-{
-    if (address.isEmpty()) {
-        return;
-    }
-    m_pendingAddresses.append(address);
-    port().post(AppMessageId::AddPendingAddress, 0, 0);
-}
-
-void CTollivarDlg::addPendingAddress()
-{
-    if (m_pendingAddresses.isEmpty()) {
-        return;
-    }
-    const auto task = m_services.taskForAddress(m_pendingAddresses.takeFirst());
-    if (task) {
-        addNewTask(*task);
-    } else {
-        qWarning("the address was not added: %s", qPrintable(task.error().text));
-    }
-}
-
-void CTollivarDlg::addNewTask(const tasks::TaskInfo &task)
-{
-    const std::uint32_t id = m_services.manager.addTask(task, tasks::TaskOrigin::New);
-    m_services.manager.start(id);
-    m_list->refreshRows();
-    refreshCaptions();
-}
-
-void CTollivarDlg::addCapturedText(const QString &text)
-{
-    m_capturedTexts.append(text);
-    port().post(AppMessageId::CapturedTexts, 0, 0);
-}
-
-void CTollivarDlg::takeCapturedTexts()
-{
-    showAndActivate();
-    if (m_capturedTexts.isEmpty()) {
-        return;
-    }
-    for (const CapturedMedia &media : m_services.readCapturedText(m_capturedTexts.takeLast())) {
-        addCaptured(media);
-    }
-    refreshCaptions();
-}
-
-void CTollivarDlg::addCaptured(const CapturedMedia &media)
-{
-    if (const auto chosen = askAboutCaptured(media)) {
-        if (m_minimisesAfterCapture) {
-            showMinimized();
-        }
-        storeCaptured(media, *chosen);
-    }
-    // One that the next dialog does not take either comes back.
-    const QStringList kept = std::exchange(m_keptAddresses, {});
-    for (const QString &address : kept) {
-        offerAddress(address, AddressOrigin::Dropped);
-    }
-}
-
-std::optional<tasks::TaskInfo> CTollivarDlg::askAboutCaptured(const CapturedMedia &media)
-{
-    CAddTaskDlg dialog(this, m_services.settings, m_services.texts,
-                       {media.task.strOriURL, media.title});
-    // One may be open already: then it is asked again when this one is through.
-    const QPointer<CAddTaskDlg> below = std::exchange(m_addTask, &dialog);
-    const bool isAccepted = dialog.exec() == QDialog::Accepted;
-    m_addTask = below;
-    return isAccepted ? std::optional(dialog.task()) : std::nullopt;
-}
-
-void CTollivarDlg::storeCaptured(const CapturedMedia &media, const tasks::TaskInfo &chosen)
-{
-    tasks::TaskInfo task = media.task;
-    task.m_ConvOpts = chosen.m_ConvOpts;
-    task.strOutputFolder = folderOfCaptured(chosen.strOutputFolder, media.title, task.strOriURL);
-    if (const auto made = platform::makeFolders(task.strOutputFolder); !made) {
-        QMessageBox::warning(this, kProgram, text(u"strMsgInvalidFolder"));
-        return;
-    }
-    task.strOutputName = fetch::cleanName(chosen.strOutputName, u'-');
-    addNewTask(task);
-}
-
-void CTollivarDlg::addCapturedRecord(const QString &record)
-{
-    for (const CapturedMedia &media : m_services.readCapturedText(record)) {
-        tasks::TaskInfo chosen;
-        chosen.strOutputFolder = m_services.settings.GetLastFolder();
-        chosen.strOutputName = media.title.isEmpty() ? media.task.strOriURL.right(8) : media.title;
-        storeCaptured(media, chosen);
-    }
-    port().post(AppMessageId::CapturedTexts, 0, 0);
-}
-
-void CTollivarDlg::offerAddress(const QString &address, AddressOrigin origin)
-{
-    if (origin == AddressOrigin::Clipboard && m_copiedText.startsWith(address)) {
-        return;
-    }
-    if (openAddTask(address) == DialogResult::Accepted && m_minimisesAfterCapture) {
-        showMinimized();
-    }
-}
-
-CTollivarDlg::DialogResult CTollivarDlg::openAddTask(const QString &address)
-{
-    showAndActivate();
-    if (m_addTask != nullptr) {
-        m_addTask->raise();
-        m_addTask->activateWindow();
-        if (!m_addTask->setAddress(address) && !address.isEmpty()) {
-            m_keptAddresses.append(address);
-        }
-        return DialogResult::AlreadyOpen;
-    }
-    CAddTaskDlg dialog(this, m_services.settings, m_services.texts, {address, {}});
-    m_addTask = &dialog;
-    if (dialog.exec() != QDialog::Accepted) {
-        return DialogResult::Cancelled;
-    }
-    addNewTask(dialog.task());
-    return DialogResult::Accepted;
-}
-
 void CTollivarDlg::addTask()
 {
-    openAddTask({});
+    m_intake.askForAddress();
+}
+
+void CTollivarDlg::refreshTasks()
+{
+    m_list->refreshRows();
+    refreshCaptions();
 }
 
 void CTollivarDlg::showFlashNote()
@@ -429,23 +284,6 @@ void CTollivarDlg::refreshCaptions()
         .setText(filterCaption(text(u"strFilterDownloading"), manager.unfinishedCount()));
     button("btnDownloaded"_L1)
         .setText(filterCaption(text(u"strFilterDownloaded"), manager.completedCount()));
-}
-
-void CTollivarDlg::refreshTotals()
-{
-    auto &manager = m_services.manager;
-    auto &label = control<QLabel>("ctrlhide"_L1);
-    const QString totals = totalsText(text(u"strTotals"), manager.runningCount(),
-                                      manager.waitingCount(), manager.totalSpeed());
-    if (label.text() != totals) {
-        label.setText(totals);
-    }
-    const auto share =
-        m_total.update(manager.runningCount(), manager.waitingCount(), manager.totalReached());
-    if (m_share != share) {
-        m_share = share;
-        Q_EMIT totalProgressChanged(share);
-    }
 }
 
 std::vector<int> CTollivarDlg::selectedRows() const
@@ -577,7 +415,8 @@ void CTollivarDlg::dropEvent(QDropEvent *event)
     const QString address = addressIn(*event->mimeData());
     event->acceptProposedAction();
     // The program that drags waits for our answer, and must not wait for a dialog.
-    QTimer::singleShot(0, this, [this, address] { offerAddress(address, AddressOrigin::Dropped); });
+    QTimer::singleShot(0, this,
+                       [this, address] { m_intake.offerAddress(address, AddressOrigin::Dropped); });
 }
 
 } // namespace tollivar::ui

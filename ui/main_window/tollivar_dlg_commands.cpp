@@ -1,22 +1,16 @@
 // What the buttons, menus and keys of the main window do.
 
 #include "app/language/menu_tables.h"
-#include "convert/profile_table.h"
 #include "platform/build_config.h"
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/main_window/main_menus.h"
-#include "ui/main_window/task_details.h"
 #include "ui/main_window/tollivar_dlg.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QHash>
 #include <QMessageBox>
 #include <QToolButton>
-
-#include <algorithm>
-#include <numeric>
 
 namespace tollivar::ui {
 
@@ -74,12 +68,6 @@ void CTollivarDlg::runCommand(int command)
     case commands::kDropZone:
         Q_EMIT dropZoneToggled();
         break;
-    case commands::kCopyWebAddress:
-        copyAddresses(&tasks::TaskInfo::strOriURL);
-        break;
-    case commands::kCopyFileAddress:
-        copyAddresses(&tasks::TaskInfo::strDownloadUrl);
-        break;
     case commands::kSettings:
         Q_EMIT settingsWanted();
         break;
@@ -96,37 +84,7 @@ void CTollivarDlg::runCommand(int command)
         Q_EMIT homePageWanted();
         break;
     default:
-        runOnSelected(command);
-        break;
-    }
-}
-
-void CTollivarDlg::runOnSelected(int command)
-{
-    namespace commands = language::commands;
-    const std::vector<tasks::TaskInfo> selected = selectedTasks();
-    if (selected.empty()) {
-        return;
-    }
-    const tasks::TaskInfo &first = selected.front();
-    switch (command) {
-    case commands::kPlay:
-        Q_EMIT fileWanted(first.outputPath());
-        break;
-    case commands::kPlayInPlayer:
-        Q_EMIT playerWanted(first.outputPath());
-        break;
-    case commands::kBrowseFile:
-    case commands::kOpenFolder:
-        Q_EMIT folderWanted(first.strOutputFolder, first.outputPath());
-        break;
-    case commands::kOpenWebPage:
-        Q_EMIT webPageWanted(first.strOriURL);
-        break;
-    case commands::kConvert:
-        Q_EMIT conversionWanted(selected);
-        break;
-    default:
+        m_selected->run(command);
         break;
     }
 }
@@ -138,8 +96,6 @@ void CTollivarDlg::startSelected()
                                       text(u"strMsgCompletedTasks"),
                                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
         case QMessageBox::Yes:
-            // What is being read is about to be downloaded anew.
-            stopConversions(m_list->selectedRows());
             return Answer::Yes;
         case QMessageBox::No:
             return Answer::No;
@@ -157,18 +113,11 @@ void CTollivarDlg::startSelected()
 void CTollivarDlg::stopSelected()
 {
     m_commands.stopSelected();
-    stopConversions(m_list->selectedRows());
 }
 
-void CTollivarDlg::stopConversions(const std::vector<int> &rows)
+void CTollivarDlg::toggleSelected()
 {
-    for (const int row : rows) {
-        const auto *worker = m_services.manager.workerAt(row);
-        if (worker != nullptr && worker->state() == tasks::TaskState::Completed &&
-            m_services.stopConversion) {
-            m_services.stopConversion(worker->taskId());
-        }
-    }
+    m_selected->anyIsActive() ? stopSelected() : startSelected();
 }
 
 void CTollivarDlg::redrawTask(std::uint32_t taskId)
@@ -183,7 +132,6 @@ void CTollivarDlg::removeSelected()
     }
     CConfirmDeleteDlg dialog(this, m_services.texts.dialog);
     if (dialog.exec() == QDialog::Accepted) {
-        stopConversions(m_list->selectedRows());
         m_commands.removeSelected(dialog.files());
         refreshCaptions();
     }
@@ -196,10 +144,6 @@ void CTollivarDlg::clearCompleted()
         return;
     }
     button("btnDownloaded"_L1).setChecked(true);
-    m_services.manager.setFilter(TaskFilter::Downloaded);
-    std::vector<int> rows(static_cast<std::size_t>(m_services.manager.visibleCount()));
-    std::iota(rows.begin(), rows.end(), 0);
-    stopConversions(rows);
     m_commands.clearCompleted();
     refreshCaptions();
 }
@@ -207,8 +151,7 @@ void CTollivarDlg::clearCompleted()
 void CTollivarDlg::setFilter(TaskFilter filter)
 {
     m_services.manager.setFilter(filter);
-    m_list->refreshRows();
-    refreshCaptions();
+    refreshTasks();
 }
 
 void CTollivarDlg::showAll()
@@ -226,79 +169,9 @@ void CTollivarDlg::showDownloaded()
     setFilter(TaskFilter::Downloaded);
 }
 
-std::vector<tasks::TaskInfo> CTollivarDlg::selectedTasks() const
-{
-    std::vector<tasks::TaskInfo> selected;
-    for (const int row : m_list->selectedRows()) {
-        if (const auto *worker = m_services.manager.workerAt(row)) {
-            selected.push_back(worker->record());
-        }
-    }
-    return selected;
-}
-
-QStringList CTollivarDlg::profilesForSelected() const
-{
-    const auto rows = m_list->selectedRows();
-    const bool areFinished =
-        !rows.empty() && std::all_of(rows.begin(), rows.end(), [this](int row) {
-            const auto *worker = m_services.manager.workerAt(row);
-            return worker != nullptr && worker->state() == tasks::TaskState::Completed;
-        });
-    if (!areFinished) {
-        return {};
-    }
-    QStringList names = convert::ProfileTable::BuildProfiles().names();
-    names.removeOne(convert::ProfileTable::defaultName());
-    return names;
-}
-
-void CTollivarDlg::convertSelected(const QString &profile)
-{
-    const auto table = convert::ProfileTable::BuildProfiles();
-    for (const int row : m_list->selectedRows()) {
-        const auto *worker = m_services.manager.workerAt(row);
-        if (worker == nullptr || worker->state() != tasks::TaskState::Completed) {
-            continue;
-        }
-        tasks::TaskInfo task = worker->record();
-        if (table.ApplyProfileDefaults(profile, task.m_ConvOpts)) {
-            Q_EMIT profileWanted(task, worker->taskId());
-        }
-    }
-}
-
 void CTollivarDlg::playSelected()
 {
-    const auto selected = selectedTasks();
-    Q_EMIT playerWanted(selected.empty() ? QString() : selected.front().outputPath());
-}
-
-void CTollivarDlg::copyAddresses(QString tasks::TaskInfo::*address)
-{
-    QString copied;
-    for (const tasks::TaskInfo &task : selectedTasks()) {
-        copied += task.*address + u"\r\n"_s;
-    }
-    copyText(copied);
-}
-
-void CTollivarDlg::copyDetails()
-{
-    QStringList details;
-    for (const int row : m_list->selectedRows()) {
-        details.append(taskDetails(m_list->sourceOf(row), m_services.texts.text,
-                                   QDateTime::currentDateTime()));
-    }
-    copyText(details.join(u'\n'));
-}
-
-void CTollivarDlg::copyText(const QString &copied)
-{
-    m_copiedText = copied;
-    if (!copied.isEmpty()) {
-        QGuiApplication::clipboard()->setText(copied);
-    }
+    m_selected->play();
 }
 
 void CTollivarDlg::showHelpMenu()

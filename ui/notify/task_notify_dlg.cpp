@@ -161,7 +161,7 @@ void CTaskNotifyDlg::Notify(const DuiLib::SkinEvent &event)
     if (isLink) {
         Q_EMIT playWanted(file.path());
     } else if (name == "btnOpenFolder"_L1) {
-        Q_EMIT folderWanted(file.folder, file.path());
+        Q_EMIT folderWanted(file.path());
     } else if (name == "btnConvert"_L1) {
         Q_EMIT conversionWanted(file.path());
     }

@@ -55,7 +55,8 @@ public:
 
 Q_SIGNALS:
     void playWanted(const QString &path);
-    void folderWanted(const QString &folder, const QString &path);
+    /// The folder, with the file selected if it is there.
+    void folderWanted(const QString &path);
     void conversionWanted(const QString &path);
 
 protected:

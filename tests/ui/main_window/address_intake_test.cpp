@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 TEST_F(TollivarDlgTest, aPendingAddressBecomesATaskWithoutADialog)
 {
     CTollivarDlg &window = open();
-    window.addAddress(u"http://a/12345678"_s);
+    window.intake().addAddress(u"http://a/12345678"_s);
     test::waitUntil("the task", [this] { return m_world.manager().visibleCount() == 1; });
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_EQ(names().front(), u"12345678"_s);
@@ -28,9 +28,9 @@ TEST_F(TollivarDlgTest, aPendingAddressBecomesATaskWithoutADialog)
 TEST_F(TollivarDlgTest, addressesThatComeTogetherAllBecomeTasks)
 {
     CTollivarDlg &window = open();
-    window.addAddress(u"http://a/1"_s);
-    window.addAddress({});
-    window.addAddress(u"http://a/2"_s);
+    window.intake().addAddress(u"http://a/1"_s);
+    window.intake().addAddress({});
+    window.intake().addAddress(u"http://a/2"_s);
     test::waitUntil("both", [this] { return m_world.manager().visibleCount() == 2; });
     EXPECT_EQ(m_world.manager().workerAt(0)->record().strOriURL, u"http://a/1"_s);
     EXPECT_EQ(m_world.manager().workerAt(1)->record().strOriURL, u"http://a/2"_s);
@@ -39,8 +39,8 @@ TEST_F(TollivarDlgTest, addressesThatComeTogetherAllBecomeTasks)
 TEST_F(TollivarDlgTest, anEmptyPendingAddressAddsNothing)
 {
     CTollivarDlg &window = open();
-    window.addAddress({});
-    window.addAddress(u"http://a/b"_s);
+    window.intake().addAddress({});
+    window.intake().addAddress(u"http://a/b"_s);
     test::waitUntil("the second", [this] { return m_world.manager().visibleCount() > 0; });
     EXPECT_EQ(m_world.manager().visibleCount(), 1);
 }
@@ -60,7 +60,7 @@ TEST_F(TollivarDlgTest, aCapturedMediumIsOfferedAndKeptInItsOwnFolder)
                   u"http://site.example/page"_s);
         test::click(*test::control(dialog, u"btnDownload"_s));
     });
-    window.addCapturedText(u"whatever"_s);
+    window.intake().addCapturedText(u"whatever"_s);
     test::waitUntil("the task", [this] { return m_world.manager().visibleCount() == 1; });
     const auto task = m_world.manager().workerAt(0)->record();
     EXPECT_EQ(task.strOutputFolder, m_world.sandbox().path() + u"/Evening- concert/"_s);
@@ -89,7 +89,7 @@ TEST_F(TollivarDlgTest, aCancelledMediumIsSkippedAndTheNextIsOffered)
             test::click(*test::control(next, u"btnCancel"_s));
         });
     });
-    window.addCapturedText(u"whatever"_s);
+    window.intake().addCapturedText(u"whatever"_s);
     test::waitUntil("the second dialog", [&second] { return second; });
     EXPECT_EQ(m_world.manager().visibleCount(), 0);
 }
@@ -100,7 +100,7 @@ TEST_F(TollivarDlgTest, anAddressThatALockedDialogCannotTakeIsOfferedAfterIt)
     setCaptured(u"concert"_s);
     QString offered;
     test::whenModalOpens([&](QWidget &locked) {
-        window.offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
+        window.intake().offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
         EXPECT_EQ(test::control<QLineEdit>(locked, u"editURL"_s)->text(),
                   u"http://site.example/page"_s);
         test::click(*test::control(locked, u"btnCancel"_s));
@@ -109,7 +109,7 @@ TEST_F(TollivarDlgTest, anAddressThatALockedDialogCannotTakeIsOfferedAfterIt)
             test::click(*test::control(next, u"btnCancel"_s));
         });
     });
-    window.addCapturedText(u"whatever"_s);
+    window.intake().addCapturedText(u"whatever"_s);
     test::waitUntil("the second dialog", [&offered] { return !offered.isEmpty(); });
     EXPECT_EQ(offered, u"http://second/"_s);
 }
@@ -128,11 +128,11 @@ TEST_F(TollivarDlgTest, anAddressThatComesWhileACapturedMediumIsRefusedIsNotLost
                 offered = test::control<QLineEdit>(next, u"editURL"_s)->text();
                 test::click(*test::control(next, u"btnCancel"_s));
             });
-            window.offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
+            window.intake().offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
             warning.close();
         });
     });
-    window.addCapturedText(u"whatever"_s);
+    window.intake().addCapturedText(u"whatever"_s);
     test::waitUntil("the second dialog", [&offered] { return !offered.isEmpty(); });
     EXPECT_EQ(offered, u"http://second/"_s);
     test::waitUntil("the end of all", [] { return QApplication::activeModalWidget() == nullptr; });
@@ -147,14 +147,14 @@ TEST_F(TollivarDlgTest, aCopiedAddressOfOurOwnIsNotOfferedBack)
     CTollivarDlg &window = open();
     m_list->selectRows({0});
     window.runCommand(language::commands::kCopyWebAddress);
-    window.offerAddress(u"http://a/1"_s, AddressOrigin::Clipboard);
+    window.intake().offerAddress(u"http://a/1"_s, AddressOrigin::Clipboard);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     bool opened = false;
     test::whenModalOpens([&opened](QWidget &dialog) {
         opened = true;
         test::click(*test::control(dialog, u"btnCancel"_s));
     });
-    window.offerAddress(u"http://a/1"_s, AddressOrigin::Dropped);
+    window.intake().offerAddress(u"http://a/1"_s, AddressOrigin::Dropped);
     EXPECT_TRUE(opened);
 }
 
@@ -162,11 +162,11 @@ TEST_F(TollivarDlgTest, aSecondAddressGoesIntoTheDialogThatIsOpen)
 {
     CTollivarDlg &window = open();
     test::whenModalOpens([&window](QWidget &dialog) {
-        window.offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
+        window.intake().offerAddress(u"http://second/"_s, AddressOrigin::Dropped);
         EXPECT_EQ(test::control<QLineEdit>(dialog, u"editURL"_s)->text(), u"http://second/"_s);
         test::click(*test::control(dialog, u"btnCancel"_s));
     });
-    window.offerAddress(u"http://first/"_s, AddressOrigin::Dropped);
+    window.intake().offerAddress(u"http://first/"_s, AddressOrigin::Dropped);
 }
 
 TEST_F(TollivarDlgTest, takesDroppedAddressesAndRefusesFiles)
@@ -197,7 +197,7 @@ TEST_F(TollivarDlgTest, aRecordThatWasChosenQuicklyBecomesATaskWithoutADialog)
     media.title = u"Harbour"_s;
     m_world.captured = {media};
     m_world.settings().SetLastFolder(m_world.sandbox().path());
-    window.addCapturedRecord(u"the record"_s);
+    window.intake().addCapturedRecord(u"the record"_s);
     ASSERT_EQ(m_world.manager().visibleCount(), 1);
     const tasks::TaskInfo &task = m_world.manager().workerAt(0)->record();
     EXPECT_EQ(task.strOutputName, u"Harbour"_s);

@@ -181,7 +181,7 @@ TEST_F(TollivarDlgTest, allSelectedTasksAreWantedConvertedAtOnce)
     m_world.add(u"b"_s);
     CTollivarDlg &window = open();
     std::vector<std::vector<QString>> wanted;
-    QObject::connect(&window, &CTollivarDlg::conversionWanted,
+    QObject::connect(&window.selected(), &SelectedTasks::conversionWanted,
                      [&wanted](const std::vector<tasks::TaskInfo> &tasks) {
                          auto &names = wanted.emplace_back();
                          for (const tasks::TaskInfo &task : tasks) {
@@ -204,16 +204,17 @@ TEST_F(TollivarDlgTest, copiesTheAddressesOfTheSelectedTasks)
     task.strOriURL = u"http://a/2"_s;
     m_world.add(task);
     CTollivarDlg &window = open();
+    QSignalSpy copied(&window.selected(), &SelectedTasks::copied);
     m_list->selectRows({0, 1});
     window.runCommand(language::commands::kCopyWebAddress);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"http://a/1\r\nhttp://a/2\r\n"_s);
-    EXPECT_EQ(window.copiedText(), u"http://a/1\r\nhttp://a/2\r\n"_s);
+    EXPECT_EQ(copied.last()[0], u"http://a/1\r\nhttp://a/2\r\n"_s);
     window.runCommand(language::commands::kCopyFileAddress);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"http://cdn/1\r\nhttp://cdn/1\r\n"_s);
     m_list->clearSelection();
     window.runCommand(language::commands::kCopyWebAddress);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"http://cdn/1\r\nhttp://cdn/1\r\n"_s);
-    EXPECT_EQ(window.copiedText(), QString());
+    EXPECT_EQ(copied.last()[0], QString());
 }
 
 TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
@@ -223,7 +224,7 @@ TEST_F(TollivarDlgTest, theListsMenuConvertsFinishedTasksToAChosenProfile)
     CTollivarDlg &window = open();
     click(u"btnDownloaded"_s);
     click(u"btnAll"_s);
-    QSignalSpy wanted(&window, &CTollivarDlg::profileWanted);
+    QSignalSpy wanted(&window.selected(), &SelectedTasks::profileWanted);
     const auto profilesOf = [this](const std::vector<int> &rows) {
         m_list->selectRows(rows);
         Q_EMIT m_list->menuWanted({});
@@ -292,7 +293,8 @@ TEST_F(TollivarDlgTest, theListsMenuCopiesDetailsThatAreNotOfferedBack)
     const QString copied = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(copied.contains(u"Address: http://site.example/watch/a\n"_s))
         << copied.toStdString();
-    EXPECT_EQ(window.copiedText(), copied);
+    window.intake().offerAddress(copied, AddressOrigin::Clipboard);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 } // namespace tollivar::ui

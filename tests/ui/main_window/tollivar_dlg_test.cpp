@@ -135,7 +135,7 @@ TEST_F(TollivarDlgTest, tellsHowFarAllDownloadsTogetherAre)
     const std::uint32_t second = m_world.add(u"b"_s);
     CTollivarDlg &window = open();
     std::optional<double> share;
-    QObject::connect(&window, &CTollivarDlg::totalProgressChanged,
+    QObject::connect(&window.totals(), &TotalsLine::shareChanged,
                      [&share](std::optional<double> told) { share = told; });
     for (const std::uint32_t id : {first, second}) {
         m_world.manager().start(id);
