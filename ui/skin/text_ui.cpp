@@ -1,5 +1,7 @@
 #include "ui/skin/text_ui.h"
 
+#include <QKeyEvent>
+
 namespace tollivar::DuiLib {
 
 using namespace Qt::StringLiterals;
@@ -35,10 +37,9 @@ CTextUI::CTextUI(QWidget *parent) : QLabel(parent)
 void CTextUI::setMarkup(const QString &markup)
 {
     m_markup = markup;
-    const bool hasLink = markup.contains(u"{a}"_s);
-    setTextInteractionFlags(hasLink ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
-                                    : Qt::NoTextInteraction);
-    setFocusPolicy(hasLink ? Qt::TabFocus : Qt::NoFocus);
+    setTextInteractionFlags(hasLink() ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
+                                      : Qt::NoTextInteraction);
+    setFocusPolicy(hasLink() ? Qt::TabFocus : Qt::NoFocus);
     setAccessibleName(plainText(markup));
     render();
 }
@@ -50,9 +51,43 @@ void CTextUI::setLinkColors(QColor normal, QColor hovered)
     render();
 }
 
+bool CTextUI::hasLink() const
+{
+    return m_markup.contains(u"{a}"_s);
+}
+
+void CTextUI::focusInEvent(QFocusEvent *event)
+{
+    QLabel::focusInEvent(event);
+    render();
+}
+
+void CTextUI::focusOutEvent(QFocusEvent *event)
+{
+    QLabel::focusOutEvent(event);
+    render();
+}
+
+bool CTextUI::focusNextPrevChild(bool next)
+{
+    // The label's own way makes two stops of one link, and backwards never leaves it.
+    return QWidget::focusNextPrevChild(next);
+}
+
+void CTextUI::keyPressEvent(QKeyEvent *event)
+{
+    // Enter would follow a link too, but the windows of skins swallow it.
+    if (hasLink() && event->key() == Qt::Key_Space) {
+        Q_EMIT linkClicked();
+    } else {
+        QLabel::keyPressEvent(event);
+    }
+}
+
 void CTextUI::render()
 {
-    setText(richText(m_markup, m_isHovered ? m_hoverColor : m_linkColor, m_isHovered));
+    const bool isPointedOut = m_isHovered || (hasLink() && hasFocus());
+    setText(richText(m_markup, isPointedOut ? m_hoverColor : m_linkColor, isPointedOut));
 }
 
 } // namespace tollivar::DuiLib

@@ -6,7 +6,7 @@
 namespace tollivar::DuiLib {
 
 /// A text of a skin: "{b}bold{/b}" and "{a}link{/a}" are marked, everything else stands as it is,
-/// whatever it contains.
+/// whatever it contains. A text with a link is one stop of the keyboard, where Space follows it.
 ///
 /// Threads: the main thread.
 class CTextUI final : public QLabel {
@@ -23,7 +23,14 @@ public:
 Q_SIGNALS:
     void linkClicked();
 
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    [[nodiscard]] bool hasLink() const;
     void render();
 
     QString m_markup;
