@@ -14,10 +14,13 @@ class CWindowCtrlUI final : public QWidget {
 public:
     explicit CWindowCtrlUI(QWidget *parent = nullptr);
 
-    /// Takes the widget over; one that was there before is let go of and hidden.
+    /// Takes the widget over, also on the keyboard's way through the window; one that was there
+    /// before is let go of and hidden.
     void AttachHostWindow(QWidget &window);
 
 private:
+    void takeTurn(QWidget &window) const;
+
     QPointer<QWidget> m_hosted;
 };
 

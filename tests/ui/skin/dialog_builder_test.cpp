@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QStackedWidget>
+#include <QTest>
 #include <QToolButton>
 
 #include <gmock/gmock.h>
@@ -224,6 +225,25 @@ TEST_F(DialogBuilderTest, aNativeChildTakesThePlaceOfItsHolder)
     EXPECT_FALSE(first->isVisible());
     EXPECT_TRUE(second->isVisible());
     EXPECT_EQ(second->size(), host->size());
+}
+
+TEST_F(DialogBuilderTest, aNativeChildHasItsHoldersTurnOfTheKeyboard)
+{
+    build("<Button name='a'/><WindowCtrl name='w' stretch='1'/><Button name='z'/>");
+    auto *hosted = new QLineEdit;
+    auto *inside = new QLineEdit(hosted);
+    qobject_cast<CWindowCtrlUI *>(m_manager.FindControl(u"w"_s))->AttachHostWindow(*hosted);
+    m_window.show();
+    m_window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m_window));
+    QWidget *first = m_manager.FindControl(u"a"_s);
+    first->setFocus();
+    std::vector<QWidget *> way;
+    do {
+        test::press(*QApplication::focusWidget(), Qt::Key_Tab);
+        way.push_back(QApplication::focusWidget());
+    } while (way.back() != first && way.size() < 10);
+    EXPECT_THAT(way, testing::ElementsAre(hosted, inside, m_manager.FindControl(u"z"_s), first));
 }
 
 TEST_F(DialogBuilderTest, columnsOfAGridLineUp)
