@@ -1,6 +1,5 @@
 #include "tests/support/wait_until.h"
 #include "tests/ui/main_window/tollivar_dlg_fixture.h"
-#include "ui/skin/text_ui.h"
 
 #include <QMenu>
 #include <QSignalSpy>
@@ -38,17 +37,6 @@ TEST_F(TollivarDlgTest, theFilterButtonsShowTheirTasks)
     click(u"btnAll"_s);
     EXPECT_THAT(names(), ElementsAre(u"a"_s, u"c"_s));
     EXPECT_EQ(m_list->model()->rowCount(), 2);
-}
-
-TEST_F(TollivarDlgTest, aChosenLanguageIsSeenInTheFlashNoteToo)
-{
-    m_world.wantsFlashNote = true;
-    open();
-    const auto *note = test::control<DuiLib::CTextUI>(m_world.window(), u"textCaption"_s);
-    EXPECT_TRUE(note->markup().contains(u"too old"_s)) << note->markup().toStdString();
-    m_world.texts().applyLanguage(u"Deutsch"_s);
-    EXPECT_EQ(note->markup(), m_world.languages().text(u"strNoteFlashOld"_s));
-    EXPECT_FALSE(note->markup().contains(u"too old"_s));
 }
 
 TEST_F(TollivarDlgTest, theTrayMenuBringsTheWindowInFrontFirst)
@@ -201,17 +189,6 @@ TEST_F(TollivarDlgTest, keysDoWhatButtonsDo)
     test::press(*m_list, Qt::Key_Delete);
     EXPECT_EQ(m_world.manager().visibleCount(), 0);
     EXPECT_TRUE(window.isVisible());
-}
-
-TEST_F(TollivarDlgTest, everyControlHasANameForScreenReaders)
-{
-    const CTollivarDlg &window = open();
-    const auto buttons = window.findChildren<QToolButton *>();
-    for (const QToolButton *button : buttons) {
-        EXPECT_FALSE(button->accessibleName().isEmpty() && button->text().isEmpty())
-            << button->objectName().toStdString();
-    }
-    EXPECT_EQ(m_list->accessibleName(), u"Tasks"_s);
 }
 
 } // namespace tollivar::ui
