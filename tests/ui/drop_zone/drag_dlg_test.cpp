@@ -21,6 +21,34 @@ namespace {
 
 const QString kWatchPage = u"http://www.youtube.com/watch?v=abc"_s;
 
+/// Something copied that counts how often anybody looks at it.
+class WatchedText final : public QMimeData {
+public:
+    explicit WatchedText(int &looks) : m_looks(looks) {}
+
+    [[nodiscard]] bool hasFormat(const QString &type) const override
+    {
+        ++m_looks;
+        return type == "text/plain"_L1;
+    }
+    [[nodiscard]] QStringList formats() const override
+    {
+        ++m_looks;
+        return {u"text/plain"_s};
+    }
+
+protected:
+    [[nodiscard]] QVariant retrieveData(const QString & /*type*/,
+                                        QMetaType /*wanted*/) const override
+    {
+        ++m_looks;
+        return kWatchPage;
+    }
+
+private:
+    int &m_looks;
+};
+
 } // namespace
 
 class DragDlgTest : public ::testing::Test {
@@ -190,13 +218,35 @@ TEST_F(DragDlgTest, aCopiedWatchPageIsAnnouncedByItsFirstLine)
     EXPECT_EQ(m_zone->receivedText(), kWatchPage);
 }
 
-TEST_F(DragDlgTest, withMonitoringOffNothingIsAnnounced)
+TEST_F(DragDlgTest, withMonitoringOffTheClipboardIsNotLookedAt)
 {
+    // The clipboard deletes what the next takes the place of.
+    int looks = 0;
     m_zone->setMonitoring(false);
-    QGuiApplication::clipboard()->setText(kWatchPage + u"1"_s);
-    QApplication::sendPostedEvents();
+    QGuiApplication::clipboard()->setMimeData(std::make_unique<WatchedText>(looks).release());
+    QApplication::processEvents();
+    EXPECT_EQ(looks, 0);
     EXPECT_TRUE(announced().empty());
     EXPECT_EQ(m_zone->receivedText(), QString());
+    m_zone->setMonitoring(true);
+    EXPECT_EQ(looks, 0);
+    QGuiApplication::clipboard()->setMimeData(std::make_unique<WatchedText>(looks).release());
+    test::waitUntil("the announcement", [this] { return !announced().empty(); });
+    EXPECT_GT(looks, 0);
+    EXPECT_EQ(m_zone->receivedText(), kWatchPage);
+    QGuiApplication::clipboard()->clear();
+}
+
+TEST_F(DragDlgTest, copiedPicturesAndAddressesOfOtherSitesAreNotAnnounced)
+{
+    m_zone->setMonitoring(true);
+    auto picture = std::make_unique<QMimeData>();
+    picture->setData(u"image/png"_s, "x");
+    QGuiApplication::clipboard()->setMimeData(picture.release());
+    QGuiApplication::clipboard()->setText(u"http://other.example/watch?v=abc"_s);
+    QGuiApplication::clipboard()->clear();
+    QApplication::processEvents();
+    EXPECT_TRUE(announced().empty());
 }
 
 TEST(WatchPageIn, isOnlyAWatchPageWithAVideoOnTheFirstLine)
