@@ -139,6 +139,41 @@ TEST_F(SettingsDialogTest, aNumberBeyondTheListIsShownAndKept)
     EXPECT_EQ(stored().m_nMaxRetry, -2);
 }
 
+TEST_F(SettingsDialogTest, anUpdateModeWithoutANameIsKeptUntilAnotherIsChosen)
+{
+    for (const int mode : {77, -1}) {
+        m_world.settings().setNumber(settings::keys::kCheckUpdate, mode);
+        open();
+        EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), -1);
+        EXPECT_TRUE(list(u"cbUpdatesMode"_s).isEnabled());
+        click(u"btnOK"_s);
+        EXPECT_EQ(stored().m_nCheckUpdate, mode);
+    }
+    open();
+    choose(u"cbUpdatesMode"_s, 2);
+    click(u"btnOK"_s);
+    EXPECT_EQ(stored().m_nCheckUpdate, 2);
+}
+
+TEST_F(SettingsDialogTest, whatIsChangedSurvivesTheDialogAndShowsInTheNext)
+{
+    open();
+    choose(u"cbSimDownloads"_s, 7);
+    choose(u"cbRetryTime"_s, 4);
+    choose(u"cbUpdatesMode"_s, 2);
+    for (const QString &name : {u"chkDragDrop"_s, u"chkMinizeDrag"_s, u"chkRetryParse"_s}) {
+        box(name).click();
+    }
+    click(u"btnOK"_s);
+    open();
+    EXPECT_EQ(list(u"cbSimDownloads"_s).currentText(), u"8"_s);
+    EXPECT_EQ(list(u"cbRetryTime"_s).currentText(), u"4"_s);
+    EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), 2);
+    EXPECT_FALSE(box(u"chkDragDrop"_s).isChecked());
+    EXPECT_TRUE(box(u"chkMinizeDrag"_s).isChecked());
+    EXPECT_FALSE(box(u"chkRetryParse"_s).isChecked());
+}
+
 TEST_F(SettingsDialogTest, saysWhereTheClipboardCannotBeWatchedInTheBackground)
 {
     open(ClipboardWatch::InFrontOnly);
