@@ -116,7 +116,7 @@ std::uint32_t ProgramTest::add(const QByteArray &path, const QString &name)
                          .method = tasks::DownloadMethod::Direct});
     EXPECT_TRUE(task);
     task->strOutputName = name.isEmpty() ? task->strOutputName : name;
-    window().addNewTask(*task);
+    window().intake().addNewTask(*task);
     return manager().allTasks().back();
 }
 
