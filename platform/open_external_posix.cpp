@@ -1,5 +1,6 @@
 #include "platform/find_program.h"
 #include "platform/open_external.h"
+#include "platform/web_address.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -25,10 +26,8 @@ bool openWithDesktop(const QString &target)
 
 bool openAddress(const QString &address)
 {
-    const QUrl url(address, QUrl::StrictMode);
-    const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
-    // The encoded form begins with its scheme, so it can never be read as an option.
-    return isWeb && !url.host().isEmpty() && openWithDesktop(QString::fromLatin1(url.toEncoded()));
+    // The encoded form is one word that begins with its scheme: nobody can read it as an option.
+    return isWebAddress(address) && openWithDesktop(QString::fromLatin1(QUrl(address).toEncoded()));
 }
 
 bool openPath(const QString &path)

@@ -2,9 +2,9 @@
 
 #include "platform/build_config.h"
 #include "platform/ini_file.h"
+#include "platform/web_address.h"
 
 #include <QFileInfo>
-#include <QUrl>
 
 namespace tollivar::update {
 
@@ -18,9 +18,7 @@ const QString kNeverChecked = u"2011-01-01 21:04:54"_s;
 
 QString webAddress(const QString &text)
 {
-    const QUrl address(text, QUrl::StrictMode);
-    const bool isWeb = address.scheme() == u"http"_s || address.scheme() == u"https"_s;
-    return isWeb && !address.host().isEmpty() ? text : QString(platform::build::kDownloadPage);
+    return platform::isWebAddress(text) ? text : QString(platform::build::kDownloadPage);
 }
 
 } // namespace

@@ -2,8 +2,7 @@
 
 #include "companions/capture/browser_start.h"
 #include "companions/capture/page_watch.h"
-
-#include <QUrl>
+#include "platform/web_address.h"
 
 namespace tollivar::capture {
 
@@ -14,9 +13,7 @@ using platform::Result;
 Result<std::vector<MediaFound>> CaptureEngine::find(const FindRequest &request,
                                                     platform::AutoResetEvent &stop)
 {
-    const QString scheme = QUrl(request.address, QUrl::StrictMode).scheme().toLower();
-    if (scheme != u"http" && scheme != u"https") {
-        // A browser opens much else, files of this machine among it.
+    if (!platform::isWebAddress(request.address)) {
         return failure(ErrorKind::AskUser, QStringLiteral("only pages of the web are opened"));
     }
     const auto browser = startBrowser(BrowserFace::Hidden);

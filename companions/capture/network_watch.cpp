@@ -1,6 +1,8 @@
 #include "companions/capture/network_watch.h"
 
+#include "companions/capture/answer_length.h"
 #include "companions/capture/media_kind.h"
+#include "platform/web_address.h"
 
 #include <algorithm>
 
@@ -10,8 +12,6 @@ namespace {
 
 constexpr std::size_t kMaximumExchanges = 5'000;
 constexpr std::size_t kMaximumRedirects = 32;
-/// Servers refuse longer ones, and nobody needs them for a file.
-constexpr qsizetype kMaximumAddress = 16'384;
 constexpr qsizetype kMaximumHeader = 65'536;
 /// Of one event.
 constexpr double kMaximumData = 1e12;
@@ -32,23 +32,6 @@ SentHeaders sentIn(const QJsonObject &headers)
     return {.cookies = headerOf(headers, u"cookie"),
             .agent = headerOf(headers, u"user-agent"),
             .referer = headerOf(headers, u"referer")};
-}
-
-/// The whole length: of a part, what stands behind the slash of its range.
-std::optional<std::int64_t> lengthOf(const QJsonObject &headers)
-{
-    const QString range = headerOf(headers, u"content-range");
-    const QString text = range.contains(u'/') ? range.mid(range.indexOf(u'/') + 1)
-                                              : headerOf(headers, u"content-length");
-    bool isNumber = false;
-    const qlonglong length = text.trimmed().toLongLong(&isNumber);
-    return isNumber && length >= 0 ? std::optional<std::int64_t>(length) : std::nullopt;
-}
-
-bool isFetched(const QString &address)
-{
-    return address.size() <= kMaximumAddress &&
-           (address.startsWith(u"http://") || address.startsWith(u"https://"));
 }
 
 } // namespace
@@ -107,7 +90,7 @@ NetworkWatch::News NetworkWatch::takeRequest(const QString &id, const QJsonObjec
 {
     const QJsonObject sent = event[u"request"].toObject();
     const QString address = sent[u"url"].toString();
-    if (!isFetched(address)) {
+    if (!platform::isWebAddress(address)) {
         return News::None;
     }
     Exchange &exchange = m_exchanges[id];
@@ -154,7 +137,7 @@ NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const Response 
     }
     WatchedRequest &request = found->second.request;
     const QString address = response.address.isEmpty() ? request.address : response.address;
-    if (!found->second.isGet || !isThere || !isFetched(address) ||
+    if (!found->second.isGet || !isThere || !platform::isWebAddress(address) ||
         !isMedium(kindOf(response.mediaType, address))) {
         request.status = 0;
         return News::Traffic;
@@ -162,7 +145,8 @@ NetworkWatch::News NetworkWatch::takeResponse(const QString &id, const Response 
     request.address = address;
     request.status = response.status;
     request.mediaType = response.mediaType.left(kMaximumHeader);
-    request.length = lengthOf(response.headers);
+    request.length = lengthOfAnswer(headerOf(response.headers, u"content-range"),
+                                    headerOf(response.headers, u"content-length"));
     return News::Candidate;
 }
 

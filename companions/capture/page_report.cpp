@@ -1,5 +1,7 @@
 #include "companions/capture/page_report.h"
 
+#include "platform/web_address.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,7 +14,6 @@ namespace tollivar::capture {
 namespace {
 
 constexpr qsizetype kMaximumTitle = 1'000;
-constexpr qsizetype kMaximumAddress = 16'384;
 /// More than this of one kind is not reported, nor taken.
 constexpr qsizetype kMaximumItems = 200;
 
@@ -111,13 +112,6 @@ constexpr QLatin1StringView kScript(R"js((() => {
   setInterval(lookSafely, 200);
 })())js");
 
-bool isFetched(const QString &address)
-{
-    return address.size() <= kMaximumAddress &&
-           (address.startsWith(u"http://") || address.startsWith(u"https://")) &&
-           QUrl(address, QUrl::StrictMode).isValid();
-}
-
 } // namespace
 
 QString pageScript(PageScript script)
@@ -134,7 +128,7 @@ std::optional<PageReport> parsePageReport(const QString &text)
         return std::nullopt;
     }
     const QJsonObject object = document.object();
-    PageReport report{.address = object[u"address"].toString().left(kMaximumAddress),
+    PageReport report{.address = object[u"address"].toString().left(platform::kMaximumWebAddress),
                       .title = object[u"title"].toString().left(kMaximumTitle).simplified(),
                       .isWholePage = object[u"isWholePage"].toBool(),
                       .played = {},
@@ -142,13 +136,13 @@ std::optional<PageReport> parsePageReport(const QString &text)
     const QJsonArray played = object[u"played"].toArray();
     for (qsizetype i = 0; i < std::min(played.size(), kMaximumItems); ++i) {
         const QString address = played[i][u"address"].toString();
-        if (isFetched(address)) {
+        if (platform::isWebAddress(address)) {
             report.played.push_back({address, std::max(0.0, played[i][u"area"].toDouble())});
         }
     }
     const QJsonArray offered = object[u"offered"].toArray();
     for (qsizetype i = 0; i < std::min(offered.size(), kMaximumItems); ++i) {
-        if (const QString address = offered[i].toString(); isFetched(address)) {
+        if (const QString address = offered[i].toString(); platform::isWebAddress(address)) {
             report.offered.push_back(address);
         }
     }
@@ -159,8 +153,7 @@ QString refererFor(const QString &page, const QString &address)
 {
     const QUrl from(page);
     const QUrl to(address);
-    const bool isWeb = from.scheme() == u"http" || from.scheme() == u"https";
-    if (!isWeb || from.host().isEmpty() || (from.scheme() == u"https" && to.scheme() == u"http")) {
+    if (!platform::isWebAddress(page) || (from.scheme() == u"https" && to.scheme() == u"http")) {
         return {};
     }
     const bool isSameOrigin =

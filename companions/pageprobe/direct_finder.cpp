@@ -1,5 +1,6 @@
 #include "companions/pageprobe/direct_finder.h"
 
+#include "companions/capture/answer_length.h"
 #include "companions/capture/media_rank.h"
 #include "companions/pageprobe/media_ending.h"
 #include "companions/pageprobe/probe_headers.h"
@@ -42,13 +43,10 @@ std::unique_ptr<HttpClient> ask(const QString &address, platform::AutoResetEvent
 
 std::optional<std::int64_t> lengthOf(const HttpClient &client)
 {
-    const QByteArray range = client.header("Content-Range").value_or(QByteArray());
-    const QByteArray text = range.contains('/')
-                                ? range.mid(range.indexOf('/') + 1)
-                                : client.header("Content-Length").value_or(QByteArray());
-    bool isNumber = false;
-    const qlonglong length = text.trimmed().toLongLong(&isNumber);
-    return isNumber && length >= 0 ? std::optional<std::int64_t>(length) : std::nullopt;
+    const auto header = [&client](QByteArrayView name) {
+        return QString::fromLatin1(client.header(name).value_or(QByteArray()));
+    };
+    return capture::lengthOfAnswer(header("Content-Range"), header("Content-Length"));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "companions/pageprobe/extractor_answer.h"
 
+#include "platform/web_address.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -31,7 +33,7 @@ bool isFetchedWhole(const QJsonObject &medium)
     const QString protocol = medium[u"protocol"].toString();
     const QString address = medium[u"url"].toString();
     const bool isWhole = protocol.isEmpty() || protocol == u"http" || protocol == u"https";
-    return isWhole && (address.startsWith(u"http://") || address.startsWith(u"https://"));
+    return isWhole && platform::isWebAddress(address);
 }
 
 std::optional<std::int64_t> lengthOf(const QJsonObject &medium)

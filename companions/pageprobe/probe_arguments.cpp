@@ -1,6 +1,6 @@
 #include "companions/pageprobe/probe_arguments.h"
 
-#include <QUrl>
+#include "platform/web_address.h"
 
 namespace tollivar::probe {
 
@@ -32,13 +32,6 @@ QStringList withSeparateMode(const QStringList &arguments)
     return separate;
 }
 
-bool isFetched(const QString &address)
-{
-    const QUrl url(address);
-    return url.isValid() && !url.host().isEmpty() &&
-           (url.scheme() == u"http" || url.scheme() == u"https");
-}
-
 } // namespace
 
 Result<ProbeArguments> readProbeArguments(const QStringList &arguments)
@@ -61,7 +54,7 @@ Result<ProbeArguments> readProbeArguments(const QStringList &arguments)
             return failure(ErrorKind::AskUser, QStringLiteral("unknown argument %1").arg(words[i]));
         }
     }
-    if (!isFetched(read.address)) {
+    if (!platform::isWebAddress(read.address)) {
         return failure(ErrorKind::AskUser,
                        QStringLiteral("-url needs an address that begins with http or https"));
     }

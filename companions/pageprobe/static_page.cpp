@@ -4,6 +4,7 @@
 #include "companions/pageprobe/html_tags.h"
 #include "companions/pageprobe/media_ending.h"
 #include "platform/text_encoding.h"
+#include "platform/web_address.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -180,13 +181,13 @@ private:
             return;
         }
         const QUrl url = m_base.resolved(QUrl(text.trimmed()));
-        if (!url.isValid() || (url.scheme() != u"http" && url.scheme() != u"https")) {
+        const QString address = url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment);
+        if (!url.isValid() || !platform::isWebAddress(address)) {
             return;
         }
-        const QString address = url.toString(QUrl::FullyEncoded | QUrl::RemoveFragment);
         const MediaKind told = kindOf(type, address);
         const MediaKind kind = told == MediaKind::None && type.isEmpty() ? fallback : told;
-        if (!isMedium(kind) || url.host().isEmpty() || !m_known.insert(address).second) {
+        if (!isMedium(kind) || !m_known.insert(address).second) {
             return;
         }
         m_named.push_back({.medium = {.address = address,

@@ -1,23 +1,11 @@
 #include "companions/sniff_browser/sniff_arguments.h"
 
-#include <QUrl>
+#include "platform/web_address.h"
 
 namespace tollivar::sniff {
 
 using platform::ErrorKind;
 using platform::failure;
-
-namespace {
-
-/// A browser opens much else, files of this machine among it.
-bool isOfTheWeb(const QString &address)
-{
-    const QUrl url(address);
-    return url.isValid() && !url.host().isEmpty() &&
-           (url.scheme() == u"http" || url.scheme() == u"https");
-}
-
-} // namespace
 
 platform::Result<SniffArguments> readSniffArguments(const QStringList &arguments)
 {
@@ -32,7 +20,7 @@ platform::Result<SniffArguments> readSniffArguments(const QStringList &arguments
         } else if (arguments[i] != u"-url") {
             return failure(ErrorKind::AskUser,
                            QStringLiteral("unknown argument %1").arg(arguments[i]));
-        } else if (isOfTheWeb(value)) {
+        } else if (platform::isWebAddress(value)) {
             read.address = value;
         } else {
             return failure(ErrorKind::AskUser,

@@ -34,6 +34,15 @@ TEST(PageReport, onlyWebAddressesComeThrough)
     EXPECT_THAT(report->offered, IsEmpty());
 }
 
+TEST(PageReport, addressesThatBrowsersLeaveUnencodedComeThrough)
+{
+    const auto report =
+        parsePageReport(QStringLiteral(R"({"offered":["https://h/a.mp4?size={1}|2&label=100%"]})"));
+    ASSERT_TRUE(report);
+    EXPECT_THAT(report->offered,
+                ElementsAre(QStringLiteral("https://h/a.mp4?size={1}|2&label=100%")));
+}
+
 TEST(PageReport, areasAreNeverNegative)
 {
     const auto report = parsePageReport(QStringLiteral(
