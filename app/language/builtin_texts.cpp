@@ -85,6 +85,7 @@ constexpr std::array kTexts = {
     BuiltInText{u"strListName", u"Tasks"},
     BuiltInText{u"strEmptyList", u"Paste, drop or type an address"},
     BuiltInText{u"strDropHint", u"Let go to add a task"},
+    BuiltInText{u"strDropZone", u"Drop Zone"},
     BuiltInText{u"strTrayBalloon",
                 u"Tollivar is still running. You can double click on this icon to open it again. "
                 u"You can click \"Exit\" button to close the program."},

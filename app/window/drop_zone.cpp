@@ -1,16 +1,17 @@
 #include "app/window/drop_zone.h"
 
 #include "settings/general_options.h"
+#include "ui/drop_zone/zone_place.h"
 #include "ui/main_window/tollivar_dlg.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <utility>
+#include <vector>
 
 namespace tollivar::app {
 
-using namespace Qt::StringLiterals;
 using ui::CDragDlg;
 using ui::CTollivarDlg;
 
@@ -28,21 +29,19 @@ DropZone::~DropZone() = default;
 
 void DropZone::place()
 {
-    constexpr int kFromEdge = 24;
-    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-    const auto stored = m_settings.text(settings::keys::kDropZonePlace).split(u',');
-    const QPoint wanted(stored.value(0).toInt(), stored.value(1).toInt());
-    const bool isUsable = stored.size() == 2 && area.contains(wanted);
-    m_zone.move(isUsable
-                    ? wanted
-                    : QPoint(area.right() - m_zone.width() - kFromEdge, area.top() + kFromEdge));
+    std::vector<QRect> areas{QGuiApplication::primaryScreen()->availableGeometry()};
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen *screen : screens) {
+        areas.push_back(screen->availableGeometry());
+    }
+    m_zone.move(
+        ui::zonePlace(m_settings.text(settings::keys::kDropZonePlace), m_zone.size(), areas));
 }
 
 void DropZone::connectZone()
 {
     QObject::connect(&m_zone, &CDragDlg::moveEnded, &m_zone, [this](QPoint moved) {
-        m_settings.setText(settings::keys::kDropZonePlace,
-                           u"%1,%2"_s.arg(moved.x()).arg(moved.y()));
+        m_settings.setText(settings::keys::kDropZonePlace, ui::storedZonePlace(moved));
     });
     QObject::connect(&m_zone, &CDragDlg::doubleClicked, &m_window, &CTollivarDlg::showAndActivate);
     QObject::connect(&m_window.totals(), &ui::TotalsLine::shareChanged, &m_zone,
@@ -70,6 +69,11 @@ void DropZone::applyOptions(const settings::CGeneralOptions &options)
     showIfWanted();
 }
 
+void DropZone::applyLanguage()
+{
+    m_zone.applyLanguage();
+}
+
 void DropZone::showIfWanted()
 {
     m_zone.setVisible(m_presence.isShown());
@@ -83,9 +87,10 @@ void DropZone::leaveScreen()
 void DropZone::take(const platform::AppMessage &message)
 {
     if (message.id == platform::AppMessageId::AddressReady) {
-        m_window.intake().offerAddress(m_zone.receivedText(), message.first == 1
-                                                                  ? ui::AddressOrigin::Clipboard
-                                                                  : ui::AddressOrigin::Dropped);
+        m_window.intake().offerAddress(m_zone.receivedText(),
+                                       message.first == CDragDlg::kFromClipboard
+                                           ? ui::AddressOrigin::Clipboard
+                                           : ui::AddressOrigin::Dropped);
     }
 }
 

@@ -28,6 +28,7 @@ public:
     DropZone &operator=(const DropZone &) = delete;
 
     void applyOptions(const settings::CGeneralOptions &options);
+    void applyLanguage();
     void leaveScreen();
 
 private:

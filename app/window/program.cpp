@@ -92,6 +92,7 @@ ui::WindowTexts Program::windowTexts()
             [this](const QString &name) {
                 m_languages.apply(name);
                 m_window->applyLanguage();
+                m_dropZone->applyLanguage();
             },
     };
 }

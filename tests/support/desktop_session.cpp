@@ -242,6 +242,15 @@ void DesktopSession::copy(const QString &text)
     m_copier.closeWriteChannel();
 }
 
+QByteArray DesktopSession::copied() const
+{
+    QProcess reader;
+    reader.start(QStringLiteral("xclip"),
+                 {QStringLiteral("-o"), QStringLiteral("-selection"), QStringLiteral("clipboard")});
+    reader.waitForFinished();
+    return reader.readAllStandardOutput();
+}
+
 // The last source stays: who took something asks it for the contents afterwards.
 
 void DesktopSession::dropText(const QString &text, QPoint target)

@@ -53,6 +53,8 @@ public:
     void drag(const QString &window, QPoint place, QPoint way) const;
     /// Another program copies this.
     void copy(const QString &text);
+    /// What any program copied last.
+    [[nodiscard]] QByteArray copied() const;
     /// A person drags a text out of another program and lets it go where it is welcome.
     void dropText(const QString &text, QPoint target);
     /// The same with a file that is not.

@@ -120,7 +120,7 @@ void CUILibDialog::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
     if (!isMinimized()) {
-        clipCorners();
+        clip();
     }
 }
 
@@ -146,16 +146,35 @@ void CUILibDialog::placeOverOwner()
     move(std::max(place.left(), area.left()), std::max(place.top(), area.top()));
 }
 
-void CUILibDialog::clipCorners()
+void CUILibDialog::showOnly(const QRect &part)
+{
+    m_shownPart = part;
+    clip();
+}
+
+QRegion CUILibDialog::outline() const
 {
     const QSize corner = m_manager.GetRoundCorner();
     if (testAttribute(Qt::WA_TranslucentBackground) || corner.isNull()) {
-        clearMask();
-        return;
+        return {rect()};
     }
-    QPainterPath outline;
-    outline.addRoundedRect(QRectF(0, 0, width(), height()), corner.width(), corner.height());
-    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+    QPainterPath path;
+    path.addRoundedRect(QRectF(rect()), corner.width(), corner.height());
+    return {path.toFillPolygon().toPolygon()};
+}
+
+void CUILibDialog::clip()
+{
+    QRegion shown = outline();
+    if (m_shownPart) {
+        shown &= *m_shownPart;
+    }
+    if (shown == QRegion(rect())) {
+        clearMask();
+    } else {
+        // An empty mask would be none.
+        setMask(shown.isEmpty() ? QRegion(-1, -1, 1, 1) : shown);
+    }
 }
 
 } // namespace tollivar::ui

@@ -6,8 +6,11 @@
 #include "ui/skin/skin_event.h"
 
 #include <QDialog>
+#include <QRect>
+#include <QRegion>
 #include <QString>
 
+#include <optional>
 #include <span>
 
 namespace tollivar::ui {
@@ -47,6 +50,9 @@ protected:
     bool bindNativeChild(const QString &placeholder, QWidget &child);
     [[nodiscard]] const DuiLib::CPaintManagerUI &paintManager() const { return m_manager; }
 
+    /// Shows no more of the window than this part of it, which may be empty.
+    void showOnly(const QRect &part);
+
     /// Fills the work area of the screen it is on, or comes back from it.
     void toggleMaximised();
 
@@ -56,12 +62,14 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    void clipCorners();
+    [[nodiscard]] QRegion outline() const;
+    void clip();
     /// Over the middle of its owner, all of it on the screen; later the person's own place counts.
     void placeOverOwner();
     void fillWorkArea();
 
     DuiLib::CPaintManagerUI m_manager;
+    std::optional<QRect> m_shownPart;
     bool m_isPlaced = false;
 };
 

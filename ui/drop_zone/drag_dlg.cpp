@@ -19,13 +19,6 @@ namespace tollivar::ui {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr std::uint64_t kDropped = 0;
-constexpr std::uint64_t kFromClipboard = 1;
-
-} // namespace
-
 QString watchPageIn(const QString &copied)
 {
     const auto isLineEnd = [](QChar character) { return character == u'\r' || character == u'\n'; };
@@ -54,19 +47,23 @@ CDragDlg::CDragDlg(platform::AppMessagePort owner, Text text)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setAcceptDrops(true);
-    // It has no caption; screen readers and window lists tell it by this.
-    setWindowTitle(platform::build::kProductName + u" Drop Zone"_s);
     constexpr std::chrono::milliseconds kRest{500};
     m_moveEnd = new QTimer(this);
     m_moveEnd->setSingleShot(true);
     m_moveEnd->setInterval(kRest);
     connect(m_moveEnd, &QTimer::timeout, this, [this] { Q_EMIT moveEnded(pos()); });
     createFace(u"DialogDragDrop.xml"_s, {});
+    applyLanguage();
     setFixedSize(paintManager().GetInitSize());
     m_hint = new DropHint(*this);
     m_ring = new ProgressRing(*this);
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             &CDragDlg::watchClipboard);
+}
+
+void CDragDlg::applyLanguage()
+{
+    setWindowTitle(platform::build::kProductName + u' ' + m_text(u"strDropZone"_s));
 }
 
 void CDragDlg::setProgress(std::optional<double> share)
@@ -76,7 +73,7 @@ void CDragDlg::setProgress(std::optional<double> share)
 
 void CDragDlg::watchClipboard()
 {
-    if (!m_isMonitoring) {
+    if (!m_isMonitoring || QGuiApplication::clipboard()->ownsClipboard()) {
         return;
     }
     const QMimeData *copied = QGuiApplication::clipboard()->mimeData();

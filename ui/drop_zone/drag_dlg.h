@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 
@@ -17,8 +18,8 @@ class DropHint;
 class ProgressRing;
 
 /// The small window that always floats: takes a dropped link, and watches the clipboard for watch
-/// pages of the video-sharing site. While something hovers that it takes, it says so. What it receives it announces to the main window, which reads
-/// receivedText().
+/// pages of the video-sharing site that other programs copy. While something hovers that it takes,
+/// it says so. What it receives it announces to the main window, which reads receivedText().
 ///
 /// Threads: the main thread.
 class CDragDlg final : public CUILibDialog {
@@ -28,11 +29,17 @@ public:
     /// A text in the current language, by its id.
     using Text = std::function<QString(const QString &id)>;
 
-    /// Announcements go to `owner`, as AddressReady with 0 for a drop and 1 for the clipboard.
+    // The first value of an announcement.
+    static constexpr std::uint64_t kDropped = 0;
+    static constexpr std::uint64_t kFromClipboard = 1;
+
+    /// Announcements go to `owner`, as AddressReady.
     CDragDlg(platform::AppMessagePort owner, Text text);
 
     /// With monitoring off the clipboard is never looked at.
     void setMonitoring(bool isOn) { m_isMonitoring = isOn; }
+    /// It has no caption; screen readers and window lists tell it by its title.
+    void applyLanguage();
     /// How far all downloads together are, from 0 to 1; nothing while there are none.
     void setProgress(std::optional<double> share);
     [[nodiscard]] const QString &receivedText() const { return m_receivedText; }

@@ -1,5 +1,6 @@
 #include "ui/notify/task_notify_dlg.h"
 
+#include "ui/notify/popup_places.h"
 #include "ui/skin/text_ui.h"
 
 #include <QGuiApplication>
@@ -22,9 +23,6 @@ constexpr std::array kControls = {
     RequiredControl{"Button"_L1, "btnClose"_L1},
 };
 
-/// Between two popups, and none at the edges of the screen.
-constexpr int kGap = 8;
-
 const QColor kLinkHovered(0xF5, 0x3A, 0x00);
 
 CTaskNotifyDlg *&head()
@@ -44,14 +42,16 @@ CTaskNotifyDlg::CTaskNotifyDlg(File file, const DialogTexts &texts)
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_ShowWithoutActivating);
     createFace(u"DialogNotify.xml"_s, kControls);
+    setFixedSize(paintManager().GetInitSize());
     applyDialogTexts(*this, u"DIALOG_NOTIFY"_s, texts);
     auto &name = control<DuiLib::CTextUI>("textFileName"_L1);
     name.setLinkColors(Qt::black, kLinkHovered);
-    name.setMarkup(u"{a}"_s + m_file.name + m_file.type + u"{/a}"_s);
+    name.setLink(m_file.name + m_file.type);
+    name.setToolTip(m_file.name + m_file.type);
     m_stay->setSingleShot(true);
     connect(m_stay, &QTimer::timeout, this, [this] {
         connect(m_tick, &QTimer::timeout, this, &CTaskNotifyDlg::slideOut);
-        m_tick->start();
+        startSliding(m_times.slideOut);
     });
 }
 
@@ -81,42 +81,49 @@ void CTaskNotifyDlg::closeAll()
 void CTaskNotifyDlg::showFor(const NotifyTimes &times)
 {
     m_times = times;
+    m_place = freePlace();
     m_older = head();
     head() = this;
-    // The lowest place that no open popup has.
-    for (const CTaskNotifyDlg *each = m_older; each != nullptr;) {
-        each = each->m_place == m_place ? (++m_place, m_older) : each->m_older;
-    }
-    m_workArea = QGuiApplication::primaryScreen()->availableGeometry();
-    move(m_workArea.right() + 1 - width(), m_workArea.bottom() + 1);
+    m_rest = popupPlace(m_place, size(), QGuiApplication::primaryScreen()->availableGeometry());
+    moveTo(m_rest.bottom() + 1);
     show();
-    const int steps = std::max(1, (m_workArea.bottom() + 1 - restingTop()) / m_times.step);
-    m_tick->setInterval(m_times.slideIn / steps);
     connect(m_tick, &QTimer::timeout, this, &CTaskNotifyDlg::slideIn);
-    m_tick->start();
+    startSliding(m_times.slideIn);
 }
 
-int CTaskNotifyDlg::restingTop() const
+int CTaskNotifyDlg::freePlace()
 {
-    const int top = m_workArea.bottom() + 1 - height() - m_place * (height() + kGap);
-    return std::max(m_workArea.top(), top);
+    int place = 0;
+    for (const CTaskNotifyDlg *each = head(); each != nullptr;) {
+        const bool isTaken = each->m_place == place;
+        place += isTaken ? 1 : 0;
+        each = isTaken ? head() : each->m_older;
+    }
+    return place;
+}
+
+void CTaskNotifyDlg::startSliding(std::chrono::milliseconds time)
+{
+    const int steps = std::max(1, height() / m_times.step);
+    m_tick->setInterval(time / steps);
+    m_tick->start();
 }
 
 void CTaskNotifyDlg::moveTo(int top)
 {
-    move(x(), top);
+    move(m_rest.left(), top);
+    // It comes up from behind the popup below it, or from behind the panel.
+    showOnly(QRect(0, 0, width(), m_rest.bottom() + 1 - top));
 }
 
 void CTaskNotifyDlg::slideIn()
 {
-    moveTo(std::max(restingTop(), y() - m_times.step));
-    if (y() > restingTop()) {
+    moveTo(std::max(m_rest.top(), y() - m_times.step));
+    if (y() > m_rest.top()) {
         return;
     }
     m_tick->stop();
     m_tick->disconnect(this);
-    const int steps = std::max(1, (m_workArea.bottom() + 1 - restingTop()) / m_times.step);
-    m_tick->setInterval(m_times.slideOut / steps);
     update();
     if (!underMouse()) {
         m_stay->start(m_times.stay);
@@ -126,7 +133,7 @@ void CTaskNotifyDlg::slideIn()
 void CTaskNotifyDlg::slideOut()
 {
     moveTo(y() + m_times.step);
-    if (y() > m_workArea.bottom()) {
+    if (y() > m_rest.bottom()) {
         close();
     }
 }

@@ -17,12 +17,12 @@ struct NotifyTimes {
     std::chrono::milliseconds slideIn{800};
     std::chrono::milliseconds stay{3'000};
     std::chrono::milliseconds slideOut{800};
-    int step = 4; ///< pixels
+    int step = 4; ///< pixels, from 1
 };
 
 /// The popup that tells of a finished download: slides up from the lower right corner of the work
 /// area, stays a while, longer as long as the mouse is over it, and slides out. Several stand above
-/// one another. It never takes the focus.
+/// and beside one another. It never takes the focus.
 ///
 /// Threads: the main thread.
 /// Owns:    itself: closing it destroys it.
@@ -66,16 +66,18 @@ protected:
 private:
     void slideIn();
     void slideOut();
+    void startSliding(std::chrono::milliseconds time);
     void moveTo(int top);
-    [[nodiscard]] int restingTop() const;
+    /// The lowest place that no open popup has.
+    [[nodiscard]] static int freePlace();
 
     File m_file;
     NotifyTimes m_times;
-    QRect m_workArea;
+    QRect m_rest; ///< where it stands between its slides
     QTimer *m_tick = nullptr;
     QTimer *m_stay = nullptr;
     CTaskNotifyDlg *m_older = nullptr;
-    int m_place = 0; ///< popups below it
+    int m_place = 0;
 };
 
 } // namespace tollivar::ui

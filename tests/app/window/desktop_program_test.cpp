@@ -206,6 +206,25 @@ TEST_F(ProgramOnDesktop, aWatchPageThatAnotherProgramCopiesIsOffered)
     end();
 }
 
+TEST_F(ProgramOnDesktop, anAddressThatIsCutOutOfADialogStaysOut)
+{
+    const QString window = start();
+    waitUntilActive(window);
+    m_desktop.press(window, u"ctrl+n"_s);
+    const QString dialog = m_desktop.waitForWindow(kAddTask);
+    waitUntilActive(dialog);
+    m_desktop.act({u"type"_s, u"http://www.youtube.com/watch?v=abcdefghijk"_s});
+    m_desktop.press(dialog, u"ctrl+a"_s);
+    m_desktop.press(dialog, u"ctrl+x"_s);
+    test::waitUntil("the cut", [this] { return m_desktop.copied().contains("abcdefghijk"); });
+    m_desktop.act({u"type"_s, u"left"_s});
+    m_desktop.press(dialog, u"ctrl+a"_s);
+    m_desktop.press(dialog, u"ctrl+c"_s);
+    test::waitUntil("the copy", [this] { return m_desktop.copied().endsWith("left"); });
+    EXPECT_EQ(m_desktop.copied(), "left");
+    end();
+}
+
 TEST_F(ProgramOnDesktop, textDroppedOnTheDropZoneIsOfferedAndAFileIsNot)
 {
     waitUntilActive(start());

@@ -4,21 +4,45 @@
 #include "ui/skin/paint_manager.h"
 #include "ui/skin/text_ui.h"
 
+#include <QMoveEvent>
 #include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTimer>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace tollivar::ui {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::Pair;
 
 namespace {
 
 constexpr NotifyTimes kQuick{20ms, 20ms, 20ms, 40};
 constexpr NotifyTimes kStaying{20ms, 1h, 20ms, 40};
+
+/// Where a window's top edge has been.
+class Tops : public QObject {
+public:
+    std::vector<int> seen;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Move) {
+            seen.push_back(static_cast<QMoveEvent *>(event)->pos().y());
+        }
+        return false;
+    }
+};
 
 } // namespace
 
@@ -47,14 +71,86 @@ TEST_F(TaskNotifyDlgTest, namesTheFileAsALink)
               u"{a}<b>clip.mp4{/a}"_s);
 }
 
+TEST_F(TaskNotifyDlgTest, marksInANameAreOfTheName)
+{
+    const std::unique_ptr<CTaskNotifyDlg> popup(make(u"a {b}c{/a}"_s));
+    popup->showFor(kStaying);
+    const auto *name = test::control<DuiLib::CTextUI>(*popup, u"textFileName"_s);
+    EXPECT_TRUE(name->text().contains(u"a {b}c{/a}.mp4</a>"_s)) << name->text().toStdString();
+}
+
+TEST_F(TaskNotifyDlgTest, aLongNameIsShortenedAndMovesNothing)
+{
+    const QString longName = QString(60, u'a') + u"_1080p_"_s + QString(160, u'z');
+    CTaskNotifyDlg *popup = make(longName);
+    const QSize size = popup->size();
+    popup->showFor(kQuick);
+    EXPECT_EQ(popup->size(), size);
+    EXPECT_EQ(popup->x() + popup->width(), workArea().right() + 1);
+    for (const auto &button : {u"btnClose"_s, u"btnOpenFolder"_s, u"btnCancel"_s}) {
+        const auto *control = test::control(*popup, button);
+        EXPECT_TRUE(
+            popup->rect().contains(QRect(control->mapTo(popup, QPoint()), control->size())));
+    }
+    const auto *name = test::control<DuiLib::CTextUI>(*popup, u"textFileName"_s);
+    EXPECT_EQ(name->text().count(u"<br>"_s), 1);
+    EXPECT_TRUE(name->text().contains(u".mp4"_s));
+    EXPECT_EQ(name->toolTip(), longName + u".mp4"_s);
+}
+
 TEST_F(TaskNotifyDlgTest, slidesInStaysAndSlidesOutByItself)
 {
     const QPointer<CTaskNotifyDlg> popup = make();
+    Tops tops;
     popup->showFor(kQuick);
+    popup->installEventFilter(&tops);
     EXPECT_EQ(popup->y(), workArea().bottom() + 1);
     EXPECT_EQ(popup->x() + popup->width(), workArea().right() + 1);
+    const int height = popup->height();
     test::waitUntil("the popup is gone", [&popup] { return popup.isNull(); });
     EXPECT_EQ(CTaskNotifyDlg::newest(), nullptr);
+
+    const int below = workArea().bottom() + 1;
+    std::vector<int> expected;
+    for (int top = below - kQuick.step; top > below - height; top -= kQuick.step) {
+        expected.push_back(top);
+    }
+    for (int top = below - height; top < below + kQuick.step; top += kQuick.step) {
+        expected.push_back(top);
+    }
+    EXPECT_EQ(tops.seen, expected);
+}
+
+TEST_F(TaskNotifyDlgTest, slidesForEightTenthsOfASecondAndStaysForThree)
+{
+    CTaskNotifyDlg *popup = make();
+    const auto running = [popup] {
+        std::vector<std::pair<bool, int>> timers;
+        for (const QTimer *timer : popup->findChildren<QTimer *>(Qt::FindDirectChildrenOnly)) {
+            if (timer->isActive()) {
+                timers.emplace_back(timer->isSingleShot(), timer->interval());
+            }
+        }
+        return timers;
+    };
+    popup->showFor({});
+    const int steps = popup->height() / 4;
+    EXPECT_THAT(running(), ElementsAre(Pair(false, 800 / steps)));
+    test::waitUntil("it stands", [popup] { return hasArrived(*popup, 0); });
+    EXPECT_THAT(running(), ElementsAre(Pair(true, 3'000)));
+}
+
+TEST_F(TaskNotifyDlgTest, comesUpFromBehindTheOneBelowIt)
+{
+    CTaskNotifyDlg *first = make();
+    CTaskNotifyDlg *second = make();
+    first->showFor(kStaying);
+    second->showFor({1h, 1h, 1h, 1});
+    test::waitUntil("the first stands", [first] { return hasArrived(*first, 0); });
+    EXPECT_FALSE(second->mask().intersects(second->rect()));
+    EXPECT_LT(second->y(), first->y());
+    second->close();
+    first->close();
 }
 
 TEST_F(TaskNotifyDlgTest, neverTakesTheFocus)
@@ -87,13 +183,20 @@ TEST_F(TaskNotifyDlgTest, twoStandAboveOneAnotherAndCloseOnTheirOwn)
 TEST_F(TaskNotifyDlgTest, staysWhileTheMouseIsOverIt)
 {
     const QPointer<CTaskNotifyDlg> popup = make();
-    popup->showFor({20ms, 300ms, 20ms, 40});
+    popup->showFor(kStaying);
     test::waitUntil("it stands", [&popup] { return hasArrived(*popup, 0); });
+    const auto timers = popup->findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+    const auto isAnyActive = [&timers] {
+        return std::any_of(timers.begin(), timers.end(),
+                           [](const QTimer *timer) { return timer->isActive(); });
+    };
+    EXPECT_TRUE(isAnyActive());
     QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
     QApplication::sendEvent(popup, &enter);
+    EXPECT_FALSE(isAnyActive());
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(popup, &leave);
-    test::waitUntil("it leaves when the mouse does", [&popup] { return popup.isNull(); });
+    EXPECT_TRUE(isAnyActive());
 }
 
 TEST_F(TaskNotifyDlgTest, whatIsClickedIsAskedForAndClosesIt)
