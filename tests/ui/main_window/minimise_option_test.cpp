@@ -47,7 +47,7 @@ protected:
             test::click(*test::control(dialog, button));
             m_isAnswered = true;
         });
-        m_world.window().addCapturedText(u"whatever"_s);
+        m_world.window().intake().addCapturedText(u"whatever"_s);
         waitForTheEnd();
     }
 
