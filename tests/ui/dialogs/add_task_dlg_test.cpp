@@ -5,9 +5,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
 
@@ -59,6 +62,27 @@ protected:
         });
         click(u"btnDownload"_s);
         return warning;
+    }
+
+    /// Browses for a folder and does that to the picker; gives what stands in the field then.
+    QString browse(const std::function<void(QFileDialog &)> &use)
+    {
+        // The desktop's own picker could not be driven from here.
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        test::whenModalOpens([&use](QWidget &opened) {
+            auto *picker = qobject_cast<QFileDialog *>(&opened);
+            ASSERT_NE(picker, nullptr);
+            use(*picker);
+        });
+        click(u"btnBrowse"_s);
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
+        return find<QLineEdit>(u"editOutputFolder"_s).text();
+    }
+    static void chooseFolder(QFileDialog &picker, const QString &folder)
+    {
+        test::control<QLineEdit>(picker, u"fileNameEdit"_s)->setText(folder);
+        auto *buttons = picker.findChild<QDialogButtonBox *>();
+        buttons->button(QDialogButtonBox::Open)->click();
     }
 
     test::WindowWorld m_world;
@@ -220,6 +244,42 @@ TEST_F(AddTaskDlgTest, aProfileFillsTheListsAndTheTask)
     EXPECT_EQ(dialog.task().m_ConvOpts.m_csVideoSizeOpts, u"160x112"_s);
     EXPECT_EQ(dialog.task().m_ConvOpts.m_csConvParam, u"-f psp"_s);
     EXPECT_EQ(dialog.task().m_ConvOpts.m_csType, u".mp4"_s);
+}
+
+TEST_F(AddTaskDlgTest, browsingBeginsAtTheFieldsFolderAndOffersFoldersOnly)
+{
+    open();
+    QDir(m_world.sandbox().path()).mkdir(u"films"_s);
+    find<QLineEdit>(u"editOutputFolder"_s).setText(m_world.sandbox().file(u"films"_s));
+    browse([this](QFileDialog &picker) {
+        EXPECT_EQ(picker.windowTitle(), m_world.languages().text(u"strSelectFolder"_s));
+        EXPECT_EQ(picker.directory().path(), m_world.sandbox().file(u"films"_s));
+        EXPECT_EQ(picker.fileMode(), QFileDialog::Directory);
+        EXPECT_TRUE(picker.testOption(QFileDialog::ShowDirsOnly));
+        picker.reject();
+    });
+}
+
+TEST_F(AddTaskDlgTest, aChosenFolderStandsInTheFieldAndIsTheTasks)
+{
+    CAddTaskDlg &dialog = open(u"http://a/12345678"_s);
+    QDir(m_world.sandbox().path()).mkdir(u"my films"_s);
+    const QString films = m_world.sandbox().file(u"my films"_s);
+    EXPECT_EQ(browse([&films](QFileDialog &picker) { chooseFolder(picker, films); }), films);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(download(), QString());
+    EXPECT_EQ(dialog.task().strOutputFolder, films + u'/');
+    EXPECT_EQ(m_world.settings().GetLastFolder(), films);
+}
+
+TEST_F(AddTaskDlgTest, aCancelledPickerChangesNothing)
+{
+    CAddTaskDlg &dialog = open();
+    for (const QString &typed : {m_world.sandbox().path(), u"not a folder"_s, QString()}) {
+        find<QLineEdit>(u"editOutputFolder"_s).setText(typed);
+        EXPECT_EQ(browse([](QFileDialog &picker) { picker.reject(); }), typed);
+        EXPECT_TRUE(dialog.isVisible());
+    }
 }
 
 TEST_F(AddTaskDlgTest, cancelAndCloseGiveNothing)
