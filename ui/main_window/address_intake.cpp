@@ -95,8 +95,8 @@ void AddressIntake::takeCapturedTexts()
 void AddressIntake::addCaptured(const CapturedMedia &media)
 {
     if (const auto chosen = askAboutCaptured(media)) {
-        makeRoom();
         storeCaptured(media, *chosen);
+        makeRoom();
     }
     // One that the next dialog does not take either comes back.
     const QStringList kept = std::exchange(m_keptAddresses, {});
@@ -107,6 +107,8 @@ void AddressIntake::addCaptured(const CapturedMedia &media)
 
 std::optional<tasks::TaskInfo> AddressIntake::askAboutCaptured(const CapturedMedia &media)
 {
+    // The one before may have made room, and many desktops hide the dialogs of a mere icon.
+    Q_EMIT windowWanted();
     CAddTaskDlg dialog(&m_window, m_services.settings, m_services.texts,
                        {media.task.strOriURL, media.title});
     // One may be open already: then it is asked again when this one is through.

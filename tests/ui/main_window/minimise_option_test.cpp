@@ -79,6 +79,48 @@ TEST_F(MinimiseOption, minimisesAfterACapturedMediumWasAccepted)
     EXPECT_EQ(m_world.manager().visibleCount(), 1);
 }
 
+TEST_F(MinimiseOption, comesBackToAskAboutTheNextMediumOfAText)
+{
+    CTollivarDlg &window = openWithOption(true);
+    setCaptured(u"one"_s);
+    m_world.captured.push_back(m_world.captured.front());
+    int asked = 0;
+    const auto accept = [&](QWidget &dialog) {
+        EXPECT_FALSE(window.isMinimized());
+        ++asked;
+        test::click(*test::control(dialog, u"btnDownload"_s));
+    };
+    test::whenModalOpens([&](QWidget &dialog) {
+        accept(dialog);
+        test::whenModalOpens(accept);
+    });
+    window.intake().addCapturedText(u"whatever"_s);
+    test::waitUntil("both tasks", [this] { return m_world.manager().visibleCount() == 2; });
+    EXPECT_EQ(asked, 2);
+    EXPECT_TRUE(window.isMinimized());
+}
+
+TEST_F(MinimiseOption, aFolderThatCannotBeMadeIsToldByTheWindowAndNotByAnIcon)
+{
+    CTollivarDlg &window = openWithOption(true);
+    // No folder can be made where a file of that name stands.
+    m_world.sandbox().write(u"concert"_s, "x");
+    setCaptured(u"concert"_s);
+    bool isTold = false;
+    test::whenModalOpens([&](QWidget &dialog) {
+        test::click(*test::control(dialog, u"btnDownload"_s));
+        test::whenModalOpens([&](QWidget &warning) {
+            EXPECT_FALSE(window.isMinimized());
+            isTold = true;
+            warning.close();
+        });
+    });
+    window.intake().addCapturedText(u"whatever"_s);
+    test::waitUntil("the end of all",
+                    [&isTold] { return isTold && QApplication::activeModalWidget() == nullptr; });
+    EXPECT_EQ(m_world.manager().visibleCount(), 0);
+}
+
 TEST_F(MinimiseOption, staysWhenTheAddressOrTheMediumWasNotWanted)
 {
     const CTollivarDlg &window = openWithOption(true);
