@@ -91,7 +91,7 @@ DesktopSession::DesktopSession(const Sandbox &sandbox)
 DesktopSession::~DesktopSession()
 {
     m_dragSource.reset();
-    for (QProcess *process : {&m_copier, &m_tray, &m_manager, &m_server}) {
+    for (QProcess *process : {&m_watcher, &m_copier, &m_tray, &m_manager, &m_server}) {
         process->kill();
         process->waitForFinished();
     }
@@ -177,6 +177,12 @@ QRect DesktopSession::place(const QString &window) const
     return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
 }
 
+void DesktopSession::click(QPoint place, int button) const
+{
+    act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
+         QStringLiteral("click"), QString::number(button)});
+}
+
 void DesktopSession::doubleClick(QPoint place) const
 {
     act({QStringLiteral("mousemove"), QString::number(place.x()), QString::number(place.y()),
@@ -230,6 +236,46 @@ void DesktopSession::pull(QPoint place, QPoint way) const
 void DesktopSession::letGo() const
 {
     act({QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+QString DesktopSession::startOther()
+{
+    m_dragSource.reset();
+    m_dragSource =
+        std::make_unique<DragSource>(*this, QStringList{QStringLiteral("text"), QString()});
+    QString window = waitForWindow(QStringLiteral("^Drag source$"));
+    act({QStringLiteral("windowactivate"), QStringLiteral("--sync"), window});
+    waitUntil("another program's keyboard", [&] { return active() == window; });
+    return window;
+}
+
+void DesktopSession::watchScreen()
+{
+    start(m_watcher, QStringLiteral("xev"),
+          {QStringLiteral("-root"), QStringLiteral("-event"), QStringLiteral("substructure"),
+           QStringLiteral("-event"), QStringLiteral("property")});
+    // It watches once it sees that something changes.
+    waitUntil("the watch", [this] {
+        settle();
+        return settlingsSeen() > 0;
+    });
+    m_shownBefore = m_watched.count("MapNotify event");
+}
+
+qsizetype DesktopSession::windowsShown()
+{
+    // It sees things in the order in which the window manager did them.
+    const qsizetype before = settlingsSeen();
+    settle();
+    waitUntil("what was to be seen", [&] { return settlingsSeen() > before; });
+    return m_watched.count("MapNotify event") - m_shownBefore;
+}
+
+qsizetype DesktopSession::settlingsSeen()
+{
+    m_watcher.waitForReadyRead(0);
+    m_watched += m_watcher.readAllStandardOutput();
+    return m_watched.count("(_NET_NUMBER_OF_DESKTOPS), time");
 }
 
 void DesktopSession::copy(const QString &text)

@@ -46,11 +46,19 @@ public:
     [[nodiscard]] qsizetype windowCount(const QString &title) const;
     /// Where the window lies, in pixels of the screen.
     [[nodiscard]] QRect place(const QString &window) const;
+    /// Moves the pointer there and presses a button once: 1 is the left, 3 the right one.
+    void click(QPoint place, int button = 1) const;
     /// Moves the pointer there and presses the left button twice, quickly.
     void doubleClick(QPoint place) const;
     /// Takes the window there, moves or resizes it by about `way`, and lets go. Returns when the
     /// window manager is done with it.
     void drag(const QString &window, QPoint place, QPoint way) const;
+    /// Another program comes in front of all others; the number of its window.
+    QString startOther();
+    /// Counts from now on which windows come onto the screen, also for a moment.
+    void watchScreen();
+    /// How many came until now. What a program that has ended asked for is among them.
+    [[nodiscard]] qsizetype windowsShown();
     /// Another program copies this.
     void copy(const QString &text);
     /// What any program copied last.
@@ -66,12 +74,16 @@ private:
     void pull(QPoint place, QPoint way) const;
     void letGo() const;
     void settle() const;
+    [[nodiscard]] qsizetype settlingsSeen();
     void moveTo(QPoint place) const;
 
     QProcess m_server;
     QProcess m_manager;
     QProcess m_tray;
     QProcess m_copier;
+    QProcess m_watcher;
+    QByteArray m_watched;
+    qsizetype m_shownBefore = 0;
     std::unique_ptr<DragSource> m_dragSource;
     QByteArray m_oldDisplay;
     QByteArray m_oldPlatform;

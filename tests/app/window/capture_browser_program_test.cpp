@@ -48,22 +48,17 @@ protected:
         }
     }
 
-    void click(QPoint place) const
-    {
-        m_desktop.act({u"mousemove"_s, QString::number(place.x()), QString::number(place.y()),
-                       u"click"_s, u"1"_s});
-    }
     void clickBrowserButton() const
     {
         // In the middle of the second of the large buttons.
-        click(m_desktop.place(m_window).topLeft() + QPoint(139, 88));
+        m_desktop.click(m_desktop.place(m_window).topLeft() + QPoint(139, 88));
     }
     /// Accepts the add-task dialog by the button in its lower right corner.
     void acceptTask() const
     {
         const QString dialog = m_desktop.waitForWindow(kAddTask);
         test::waitUntil("the dialog's keyboard", [&] { return m_desktop.active() == dialog; });
-        click(m_desktop.place(dialog).bottomRight() - QPoint(83, 33));
+        m_desktop.click(m_desktop.place(dialog).bottomRight() - QPoint(83, 33));
     }
     /// Opens the page in the capture browser's empty window, by the keyboard.
     void browseTo(const QString &page) const

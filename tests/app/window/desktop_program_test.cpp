@@ -1,86 +1,12 @@
-#include "app/data_directory.h"
-#include "settings/settings_store.h"
-#include "tests/support/desktop_session.h"
-#include "tests/support/http_site.h"
-#include "tests/support/program_run.h"
-#include "tests/support/wait_until.h"
+#include "tests/app/window/program_on_desktop.h"
 
 #include <gtest/gtest.h>
-
-#include <csignal>
 
 namespace tollivar::app {
 namespace {
 
 using namespace Qt::StringLiterals;
 using test::ProgramRun;
-
-const QString kMainWindow = u"^Tollivar$"_s;
-const QString kDropZone = u"^Tollivar Drop Zone$"_s;
-const QString kPopup = u"^Download completed$"_s;
-const QString kAddTask = u"^Add Task$"_s;
-
-/// The built program on a desktop with a window manager.
-class ProgramOnDesktop : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_sandbox.file(u"data"_s)));
-        qputenv("XDG_STATE_HOME", QFile::encodeName(m_sandbox.file(u"state"_s)));
-        const auto paths = setUpData();
-        ASSERT_TRUE(paths);
-        m_settings = std::make_unique<settings::SettingsStore>(paths->settings);
-        m_settings->setFlag(settings::keys::kNoRemindFlashVersion, true);
-        m_settings->setNumber(settings::keys::kCheckUpdate, 3);
-    }
-    void TearDown() override
-    {
-        qunsetenv("XDG_DATA_HOME");
-        qunsetenv("XDG_STATE_HOME");
-    }
-
-    /// Starts the program and waits for its window.
-    QString start()
-    {
-        m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
-        return m_desktop.waitForWindow(kMainWindow);
-    }
-    void end()
-    {
-        m_program->signal(SIGTERM);
-        EXPECT_EQ(m_program->finish(), 0);
-    }
-    bool isShown(const QString &title) const { return !m_desktop.window(title).isEmpty(); }
-    void waitUntilGone(const QString &title) const
-    {
-        test::waitUntil("a window to go", [&] { return !isShown(title); });
-    }
-    void waitUntilActive(const QString &window) const
-    {
-        test::waitUntil("the keyboard", [&] { return m_desktop.active() == window; });
-    }
-    /// A second start, as by the desktop's menu.
-    void startAgain(const QStringList &arguments = {}) const
-    {
-        ProgramRun second(m_sandbox, u"Tollivar"_s, arguments);
-        EXPECT_EQ(second.finish(), 0);
-    }
-    /// Hands a finished download of a few bytes to the running program.
-    void download(const QByteArray &path)
-    {
-        m_site.on(path, test::answer("12345"));
-        ProgramRun terminal(m_sandbox, u"tollivar-cli"_s,
-                            {u"download"_s, u"--mode"_s, u"direct"_s, u"--folder"_s, u"out"_s,
-                             m_site.address(path)});
-        EXPECT_EQ(terminal.finish(), 0);
-    }
-
-    test::Sandbox m_sandbox;
-    test::DesktopSession m_desktop{m_sandbox};
-    test::HttpSite m_site;
-    std::unique_ptr<settings::SettingsStore> m_settings;
-    std::unique_ptr<ProgramRun> m_program;
-};
 
 TEST_F(ProgramOnDesktop, theWindowComesUpWithTheKeyboard)
 {
