@@ -2,9 +2,8 @@
 
 #include "companions/capture/session_setup.h"
 
-#include <QJsonArray>
-
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace tollivar::capture {
@@ -14,7 +13,6 @@ namespace {
 constexpr std::chrono::milliseconds kStep{50};
 /// Beyond these nobody looks; what comes later, or lies longest ago, is left out.
 constexpr std::size_t kMaximumPages = 200;
-constexpr std::size_t kMaximumPlayed = 500;
 constexpr std::size_t kMaximumLeft = 1'000;
 constexpr std::size_t kMaximumCookieQuestions = 100;
 
@@ -33,16 +31,8 @@ BrowsingWatch::BrowsingWatch(platform::GuardedChild &browser, QString address)
     : m_connection(browser, [this](const DevToolsMessage &event) { takeEvent(event); })
     , m_firstAddress(std::move(address))
 {
-    m_connection.send(
-        QStringLiteral("Browser.getVersion"), {}, {},
-        [this](const QJsonObject &result) { m_agent = result[u"userAgent"].toString(); });
-    // Fetching files is what the program is there for.
-    m_connection.send(QStringLiteral("Browser.setDownloadBehavior"),
-                      {{QStringLiteral("behavior"), QStringLiteral("deny")}});
-    attachToTargets(m_connection);
-    m_connection.send(QStringLiteral("Target.createTarget"),
-                      {{QStringLiteral("url"), QStringLiteral("about:blank")},
-                       {QStringLiteral("newWindow"), true}});
+    openEmptyPage(m_connection, BrowserFace::Shown,
+                  [this](const QString &agent) { m_agent = agent; });
 }
 
 bool BrowsingWatch::step()
@@ -139,17 +129,8 @@ void BrowsingWatch::takeReport(Page &page, const QString &text)
         page.title = report->title;
         page.address = report->address;
     }
-    for (const PlayedMedium &medium : report->played) {
-        const auto known = std::find_if(
-            page.played.begin(), page.played.end(),
-            [&medium](const PlayedMedium &other) { return other.address == medium.address; });
-        if (known != page.played.end()) {
-            known->area = std::max(known->area, medium.area);
-        } else if (page.played.size() < kMaximumPlayed) {
-            page.played.push_back(medium);
-            m_hasNews = true;
-        }
-    }
+    // What a page only points to is for a person to follow.
+    m_hasNews = page.findings.takePlayed(report->played) || m_hasNews;
 }
 
 void BrowsingWatch::takeNetwork(const QString &root, Page &page, const DevToolsMessage &event)
@@ -158,28 +139,21 @@ void BrowsingWatch::takeNetwork(const QString &root, Page &page, const DevToolsM
         leave(page);
         page.address = event.content[u"request"][u"url"].toString();
     }
-    if (page.network.take(event) == NetworkWatch::News::Candidate) {
+    if (page.findings.takeNetwork(event) == PageFindings::News::Candidate) {
         m_hasNews = true;
-        askForCookies(root, page);
+        askForMissingCookies(root, page);
     }
 }
 
-void BrowsingWatch::askForCookies(const QString &root, Page &page)
+void BrowsingWatch::askForMissingCookies(const QString &root, Page &page)
 {
-    for (const WatchedRequest &request : page.network.candidates()) {
-        const QString address = request.address;
-        if (request.isSentKnown || page.asked.size() >= kMaximumCookieQuestions ||
-            !page.asked.insert(address).second) {
-            continue;
-        }
-        m_connection.send(QStringLiteral("Network.getCookies"),
-                          {{QStringLiteral("urls"), QJsonArray{address}}}, root,
-                          [this, root, address](const QJsonObject &answer) {
-                              if (const auto asking = m_pages.find(root); asking != m_pages.end()) {
-                                  asking->second.cookies[address] = cookieHeader(answer);
-                                  m_hasNews = true;
-                              }
-                          });
+    for (const QString &address : page.findings.takeCookieQuestions(kMaximumCookieQuestions)) {
+        askForCookies(m_connection, root, address, [this, root, address](const QString &cookies) {
+            if (const auto asking = m_pages.find(root); asking != m_pages.end()) {
+                asking->second.findings.setCookies(address, cookies);
+                m_hasNews = true;
+            }
+        });
     }
 }
 
@@ -188,17 +162,7 @@ std::vector<MediaFound> BrowsingWatch::mediaOf(const Page &page) const
     if (!page.isReported) {
         return {};
     }
-    PageMedia gathered{.answered = page.network.candidates(),
-                       .played = page.played,
-                       .offered = {},
-                       .title = page.title};
-    for (WatchedRequest &request : gathered.answered) {
-        if (const auto cookies = page.cookies.find(request.address);
-            cookies != page.cookies.end() && !request.isSentKnown) {
-            request.sent.cookies = cookies->second;
-        }
-    }
-    auto media = rankMedia(gathered, MediaPreference::Video);
+    auto media = rankMedia(page.findings.media(page.title), MediaPreference::Video);
     for (MediaFound &medium : media) {
         medium.page = page.address;
         medium.agent = medium.agent.isEmpty() ? m_agent : medium.agent;

@@ -2,12 +2,9 @@
 
 #include "companions/capture/devtools_connection.h"
 #include "companions/capture/media_found.h"
-#include "companions/capture/media_rank.h"
-#include "companions/capture/network_watch.h"
-#include "companions/capture/page_report.h"
+#include "companions/capture/page_findings.h"
 
 #include <map>
-#include <set>
 #include <vector>
 
 namespace tollivar::capture {
@@ -40,10 +37,7 @@ private:
         QString address;
         QString title;
         bool isReported = false; ///< before that its media have no title, and wait
-        NetworkWatch network;
-        std::vector<PlayedMedium> played;
-        std::map<QString, QString> cookies; ///< by address, where the browser had to be asked
-        std::set<QString> asked;
+        PageFindings findings;
         std::uint64_t since = 0; ///< a later page has a larger number
     };
 
@@ -53,7 +47,7 @@ private:
     void takeNetwork(const QString &root, Page &page, const DevToolsMessage &event);
     void dropSession(const QString &session);
     void leave(Page &page);
-    void askForCookies(const QString &root, Page &page);
+    void askForMissingCookies(const QString &root, Page &page);
     [[nodiscard]] std::vector<MediaFound> mediaOf(const Page &page) const;
 
     DevToolsConnection m_connection;

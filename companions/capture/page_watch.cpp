@@ -2,10 +2,6 @@
 
 #include "companions/capture/session_setup.h"
 
-#include <QJsonArray>
-
-#include <algorithm>
-
 namespace tollivar::capture {
 
 using std::chrono::milliseconds;
@@ -16,11 +12,8 @@ constexpr milliseconds kStep{25};
 /// A browser that has shown no page by then never will.
 constexpr milliseconds kLongestStart{15'000};
 constexpr milliseconds kLongestForCookies{500};
-/// Beyond these a page is not honest; what comes later is left out.
-constexpr std::size_t kMaximumPlayed = 500;
-constexpr std::size_t kMaximumOffered = 500;
 /// The best ones are asked for first, and only they matter.
-constexpr int kMaximumCookieQuestions = 20;
+constexpr std::size_t kMaximumCookieQuestions = 20;
 
 } // namespace
 
@@ -29,22 +22,8 @@ PageWatch::PageWatch(platform::GuardedChild &browser, FindRequest request)
     , m_connection(browser, [this](const DevToolsMessage &event) { takeEvent(event); })
     , m_stateSince(Clock::now())
 {
-    prepareBrowser();
-}
-
-void PageWatch::prepareBrowser()
-{
-    m_connection.send(QStringLiteral("Browser.getVersion"), {}, {},
-                      [this](const QJsonObject &result) {
-                          // Servers turn away a browser that says it has no window.
-                          m_agent = result[u"userAgent"].toString().replace(
-                              QLatin1StringView("HeadlessChrome"), QLatin1StringView("Chrome"));
-                      });
-    m_connection.send(QStringLiteral("Browser.setDownloadBehavior"),
-                      {{QStringLiteral("behavior"), QStringLiteral("deny")}});
-    attachToTargets(m_connection);
-    m_connection.send(QStringLiteral("Target.createTarget"),
-                      {{QStringLiteral("url"), QStringLiteral("about:blank")}});
+    openEmptyPage(m_connection, BrowserFace::Hidden,
+                  [this](const QString &agent) { m_agent = agent; });
 }
 
 bool PageWatch::step()
@@ -61,7 +40,7 @@ bool PageWatch::step()
         }
         break;
     case State::Watching:
-        m_progress.isBusy = m_network.isBusy();
+        m_progress.isBusy = m_findings.isBusy();
         if (isFinished(m_progress, now)) {
             finish();
         }
@@ -94,14 +73,14 @@ void PageWatch::takeEvent(const DevToolsMessage &event)
         finish();
     } else if (event.method.startsWith(u"Network.")) {
         takeAnswer(event);
-        switch (m_network.take(event)) {
-        case NetworkWatch::News::Candidate:
+        switch (m_findings.takeNetwork(event)) {
+        case PageFindings::News::Candidate:
             noteMediaChange();
             [[fallthrough]];
-        case NetworkWatch::News::Traffic:
+        case PageFindings::News::Traffic:
             m_progress.lastTraffic = Clock::now();
             break;
-        case NetworkWatch::News::None:
+        case PageFindings::News::None:
             break;
         }
     }
@@ -181,34 +160,9 @@ void PageWatch::takeReport(const QString &text)
         m_title = report->title;
         m_progress.isTitleKnown = !m_title.isEmpty();
     }
-    bool isNews = false;
-    for (const PlayedMedium &medium : report->played) {
-        const auto known =
-            std::find_if(m_played.begin(), m_played.end(), [&medium](const PlayedMedium &other) {
-                return other.address == medium.address;
-            });
-        if (known != m_played.end()) {
-            known->area = std::max(known->area, medium.area);
-        } else if (m_played.size() < kMaximumPlayed) {
-            m_played.push_back(medium);
-            isNews = true;
-        }
-    }
-    for (const QString &address : report->offered) {
-        const bool isKnown =
-            std::any_of(m_offered.begin(), m_offered.end(),
-                        [&address](const auto &other) { return other.address == address; });
-        if (!isKnown && m_offered.size() < kMaximumOffered) {
-            m_offered.push_back({.namedAddress = address,
-                                 .address = address,
-                                 .mediaType = {},
-                                 .sent = {.cookies = {},
-                                          .agent = m_agent,
-                                          .referer = refererFor(report->address, address)}});
-            isNews = true;
-        }
-    }
-    if (isNews) {
+    const bool playsMore = m_findings.takePlayed(report->played);
+    const bool offersMore = m_findings.takeOffered(*report, m_agent);
+    if (playsMore || offersMore) {
         noteMediaChange();
     }
 }
@@ -217,35 +171,26 @@ void PageWatch::finish()
 {
     if (m_state == State::Watching) {
         enter(State::AskingCookies);
-        askForCookies();
+        askForMissingCookies();
     }
 }
 
-void PageWatch::askForCookies()
+void PageWatch::askForMissingCookies()
 {
-    int left = kMaximumCookieQuestions;
-    const PageMedia page = pageMedia();
-    for (const auto *requests : {&page.answered, &page.offered}) {
-        for (const WatchedRequest &request : *requests) {
-            if (request.isSentKnown || left-- <= 0) {
-                continue;
-            }
-            ++m_cookiesAwaited;
-            const QString address = request.address;
-            m_connection.send(QStringLiteral("Network.getCookies"),
-                              {{QStringLiteral("urls"), QJsonArray{address}}}, m_pageSession,
-                              [this, address](const QJsonObject &result) {
-                                  --m_cookiesAwaited;
-                                  m_cookies[address] = cookieHeader(result);
-                              });
-        }
+    for (const QString &address : m_findings.takeCookieQuestions(kMaximumCookieQuestions)) {
+        ++m_cookiesAwaited;
+        askForCookies(m_connection, m_pageSession, address,
+                      [this, address](const QString &cookies) {
+                          --m_cookiesAwaited;
+                          m_findings.setCookies(address, cookies);
+                      });
     }
 }
 
 void PageWatch::noteMediaChange()
 {
     m_progress.changed = Clock::now();
-    if (!m_progress.found && isSatisfying(pageMedia(), m_request.preference)) {
+    if (!m_progress.found && isSatisfying(m_findings.media(m_title), m_request.preference)) {
         m_progress.found = m_progress.changed;
     }
 }
@@ -256,26 +201,9 @@ void PageWatch::enter(State state)
     m_stateSince = Clock::now();
 }
 
-PageMedia PageWatch::pageMedia() const
-{
-    PageMedia page{.answered = m_network.candidates(),
-                   .played = m_played,
-                   .offered = m_offered,
-                   .title = m_title};
-    for (auto *requests : {&page.answered, &page.offered}) {
-        for (WatchedRequest &request : *requests) {
-            if (const auto asked = m_cookies.find(request.address);
-                asked != m_cookies.end() && !request.isSentKnown) {
-                request.sent.cookies = asked->second;
-            }
-        }
-    }
-    return page;
-}
-
 std::vector<MediaFound> PageWatch::media() const
 {
-    return rankMedia(pageMedia(), m_request.preference);
+    return rankMedia(m_findings.media(m_title), m_request.preference);
 }
 
 } // namespace tollivar::capture

@@ -3,12 +3,9 @@
 #include "companions/capture/devtools_connection.h"
 #include "companions/capture/finish_rule.h"
 #include "companions/capture/media_found.h"
-#include "companions/capture/media_rank.h"
-#include "companions/capture/network_watch.h"
-#include "companions/capture/page_report.h"
+#include "companions/capture/page_findings.h"
 
 #include <chrono>
-#include <map>
 #include <optional>
 #include <vector>
 
@@ -37,22 +34,20 @@ private:
     using Clock = std::chrono::steady_clock;
     enum class State { Starting, Watching, AskingCookies, Over };
 
-    void prepareBrowser();
     void takeEvent(const DevToolsMessage &event);
     void takeTarget(const QJsonObject &event);
     void takeAnswer(const DevToolsMessage &event);
     void takeReport(const QString &text);
     void takeNavigation(const QJsonObject &result);
     void openPage();
-    void askForCookies();
+    void askForMissingCookies();
     void finish();
     void noteMediaChange();
     void enter(State state);
-    [[nodiscard]] PageMedia pageMedia() const;
 
     FindRequest m_request;
     DevToolsConnection m_connection;
-    NetworkWatch m_network;
+    PageFindings m_findings;
     WatchProgress m_progress;
     State m_state = State::Starting;
     Clock::time_point m_stateSince;
@@ -60,9 +55,6 @@ private:
     QString m_pageSession;
     QString m_pageTarget;
     QString m_title;
-    std::vector<PlayedMedium> m_played;
-    std::vector<WatchedRequest> m_offered;
-    std::map<QString, QString> m_cookies; ///< by address, where the browser had to be asked
     int m_cookiesAwaited = 0;
 };
 

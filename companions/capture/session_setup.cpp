@@ -5,7 +5,21 @@
 
 namespace tollivar::capture {
 
-void attachToTargets(DevToolsConnection &connection, const QString &session)
+namespace {
+
+/// The header line's value that the browser would make of the cookies in its answer.
+QString cookieHeader(const QJsonObject &answer)
+{
+    QStringList pairs;
+    const QJsonArray cookies = answer[u"cookies"].toArray();
+    for (const auto &cookie : cookies) {
+        pairs.append(cookie[u"name"].toString() + QLatin1Char('=') + cookie[u"value"].toString());
+    }
+    return pairs.join(QStringLiteral("; "));
+}
+
+/// Makes the browser, or a session of it, tell of its targets and hold them.
+void attachToTargets(DevToolsConnection &connection, const QString &session = {})
 {
     // Every kind of target that can fetch; all else would only be noise.
     QJsonArray filter;
@@ -21,6 +35,26 @@ void attachToTargets(DevToolsConnection &connection, const QString &session)
                      {QStringLiteral("flatten"), true},
                      {QStringLiteral("filter"), filter}},
                     session);
+}
+
+} // namespace
+
+void openEmptyPage(DevToolsConnection &connection, BrowserFace face,
+                   std::function<void(const QString &agent)> onAgent)
+{
+    connection.send(QStringLiteral("Browser.getVersion"), {}, {},
+                    [tell = std::move(onAgent)](const QJsonObject &result) {
+                        // Servers turn away a browser that says it has no window.
+                        tell(result[u"userAgent"].toString().replace(
+                            QLatin1StringView("HeadlessChrome"), QLatin1StringView("Chrome")));
+                    });
+    // Fetching files is what the program is there for.
+    connection.send(QStringLiteral("Browser.setDownloadBehavior"),
+                    {{QStringLiteral("behavior"), QStringLiteral("deny")}});
+    attachToTargets(connection);
+    connection.send(QStringLiteral("Target.createTarget"),
+                    {{QStringLiteral("url"), QStringLiteral("about:blank")},
+                     {QStringLiteral("newWindow"), face == BrowserFace::Shown}});
 }
 
 void prepareSession(DevToolsConnection &connection, const NewSession &created,
@@ -48,14 +82,13 @@ void prepareSession(DevToolsConnection &connection, const NewSession &created,
     connection.send(QStringLiteral("Runtime.runIfWaitingForDebugger"), {}, session);
 }
 
-QString cookieHeader(const QJsonObject &answer)
+void askForCookies(DevToolsConnection &connection, const QString &session, const QString &address,
+                   std::function<void(const QString &cookies)> onAnswer)
 {
-    QStringList pairs;
-    const QJsonArray cookies = answer[u"cookies"].toArray();
-    for (const auto &cookie : cookies) {
-        pairs.append(cookie[u"name"].toString() + QLatin1Char('=') + cookie[u"value"].toString());
-    }
-    return pairs.join(QStringLiteral("; "));
+    connection.send(
+        QStringLiteral("Network.getCookies"), {{QStringLiteral("urls"), QJsonArray{address}}},
+        session,
+        [tell = std::move(onAnswer)](const QJsonObject &answer) { tell(cookieHeader(answer)); });
 }
 
 } // namespace tollivar::capture

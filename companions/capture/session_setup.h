@@ -1,16 +1,21 @@
 #pragma once
 
+#include "companions/capture/browser_start.h"
 #include "companions/capture/devtools_connection.h"
 #include "companions/capture/page_report.h"
 
 #include <QJsonObject>
 #include <QString>
 
+#include <functional>
+
 namespace tollivar::capture {
 
-/// Makes the browser, or a session of it, tell of each page, frame and worker that comes into being,
-/// and hold it until prepareSession() lets it run.
-void attachToTargets(DevToolsConnection &connection, const QString &session = {});
+/// The first words to a browser: it fetches no file by itself, tells of each page, frame and worker
+/// that comes into being, holds it until prepareSession() lets it run, and opens an empty page.
+/// `onAgent` gets what it calls itself to servers.
+void openEmptyPage(DevToolsConnection &connection, BrowserFace face,
+                   std::function<void(const QString &agent)> onAgent);
 
 /// A new session, as "Target.attachedToTarget" tells of it.
 struct NewSession {
@@ -25,8 +30,9 @@ struct NewSession {
 void prepareSession(DevToolsConnection &connection, const NewSession &created,
                     DevToolsConnection::ReplyHandler onReady = {});
 
-/// The header line's value that the browser would make of the cookies in the answer to
-/// "Network.getCookies".
-[[nodiscard]] QString cookieHeader(const QJsonObject &answer);
+/// Asks what cookies the browser would send to an address; `onAnswer` gets them as the header line's
+/// value, empty when it has none.
+void askForCookies(DevToolsConnection &connection, const QString &session, const QString &address,
+                   std::function<void(const QString &cookies)> onAnswer);
 
 } // namespace tollivar::capture
