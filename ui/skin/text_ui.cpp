@@ -118,6 +118,7 @@ void CTextUI::focusOutEvent(QFocusEvent *event)
 bool CTextUI::focusNextPrevChild(bool next)
 {
     // The label's own way makes two stops of one link, and backwards never leaves it.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return QWidget::focusNextPrevChild(next);
 }
 
