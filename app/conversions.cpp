@@ -102,7 +102,10 @@ void Conversions::begin(std::uint32_t taskId, const tasks::TaskInfo &task)
         port.post(AppMessageId::ConversionNews, taskId, kEnded);
     });
     m_runs.emplace(taskId, run);
-    run->thread->resume();
+    if (!run->thread->resume()) {
+        // Else no end would ever be told, and the place would be lost.
+        m_inbox.port().post(AppMessageId::ConversionNews, taskId, kEnded);
+    }
 }
 
 void Conversions::take(const platform::AppMessage &message)

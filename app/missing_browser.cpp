@@ -24,7 +24,10 @@ void MissingBrowser::pageFailed()
             port.post(platform::AppMessageId::BrowserMissing, 0, 0);
         }
     });
-    m_look->resume();
+    if (!m_look->resume()) {
+        // The next page asks again.
+        m_look.reset();
+    }
 }
 
 } // namespace tollivar::app

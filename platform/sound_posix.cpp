@@ -42,7 +42,10 @@ void Sound::play(const QString &path)
     }
     m_thread = std::make_unique<WorkerThread>(
         [service = m_service, file = QFile::encodeName(path)] { service->play(file); });
-    m_thread->resume();
+    if (!m_thread->resume()) {
+        // As on a machine without sound.
+        m_thread.reset();
+    }
 }
 
 bool Sound::isBusy() const

@@ -20,8 +20,9 @@ public:
     WorkerThread(const WorkerThread &) = delete;
     WorkerThread &operator=(const WorkerThread &) = delete;
 
-    /// Starts the function; false when the system has no thread left. Legal once.
-    bool resume();
+    /// Starts the function; false when the system has no thread left, and nothing will come of it.
+    /// Legal once.
+    [[nodiscard]] bool resume();
     /// True once the function has returned. Never blocks; false before resume().
     [[nodiscard]] bool hasEnded() const;
     /// Waits for the end up to `limit`; true when it has ended.

@@ -1,17 +1,15 @@
 #pragma once
 
 #include "platform/auto_reset_event.h"
-#include "platform/clock.h"
 #include "platform/message_port.h"
 #include "platform/worker_thread.h"
+#include "update/update_info.h"
 #include "update/update_schedule.h"
 
 #include <QString>
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace tollivar::update {
 
@@ -45,6 +43,11 @@ struct UpdatePlaces {
     QString transit; ///< where an answer is fetched into
 };
 
+struct UpdateTimes {
+    RetryPauses pauses = kRetryPauses; ///< before each further attempt of an automatic check
+    std::chrono::milliseconds patience{5'000}; ///< with a check that is to end with the program
+};
+
 /// The address with the program's version as its query.
 [[nodiscard]] QString updateAddress(const QString &address, const QString &version);
 
@@ -52,40 +55,35 @@ struct UpdatePlaces {
 /// again after each of the pauses in turn; an explicit one is not, and ends the tries of an earlier
 /// one.
 ///
-/// Threads: made, used and destroyed on one thread; works on one of its own, and tells results by
-///          UpdateResult messages.
-/// Owns:    its thread and the two files. The clock is borrowed and must outlive it.
+/// Threads: made, used and destroyed on one thread; works on one of its own, begun with the first
+///          check, and tells results by UpdateResult messages.
+/// Owns:    its thread, and the two files from the first check on: nobody else reads them then.
+/// Errors:  Unreachable where the system has no thread left for a check.
 class UpdateChecker {
 public:
     UpdateChecker(UpdatePlaces places, QString version, UpdateGet get,
-                  platform::AppMessagePort owner, const platform::Clock &clock,
-                  const RetryPauses &pauses);
-    /// Stops a check that is under way, and waits for its end.
+                  platform::AppMessagePort owner, const UpdateTimes &times = {});
+    /// Stops a check that is under way, and waits for its end up to the patience given; a thread
+    /// that takes longer is let go, and nothing more is heard of it.
     ~UpdateChecker();
     UpdateChecker(const UpdateChecker &) = delete;
     UpdateChecker &operator=(const UpdateChecker &) = delete;
 
     /// Never waits. A check that is under way goes on; another follows it.
     void check(CheckKind kind);
+    /// Whether automatic checks are wanted, as they are at first. When they are not, none is tried
+    /// again, and nothing is heard of one that is under way.
+    void allowAutomatic(bool isAllowed);
+    /// What the local copy says: as of the last result of News or NoticedBefore.
+    [[nodiscard]] UpdateInfo noticed() const;
 
 private:
-    void run();
-    [[nodiscard]] GetResult checkOnce(CheckKind kind);
-    /// What the answer that was fetched means; nothing when it is news that cannot be stored.
-    [[nodiscard]] std::optional<UpdateResult> takeAnswer() const;
-    void tell(UpdateResult result, CheckKind kind) const;
+    struct Shared;
+    [[nodiscard]] bool isRunning();
 
-    UpdatePlaces m_places;
-    QString m_version;
-    UpdateGet m_get;
-    platform::AppMessagePort m_owner;
-    const platform::Clock &m_clock;
-    RetryPauses m_pauses;
-    platform::AutoResetEvent m_trigger;
-    platform::AutoResetEvent m_stop;
-    std::atomic<bool> m_isStopping = false;
-    std::atomic<CheckKind> m_kind = CheckKind::Automatic;
-    std::unique_ptr<platform::WorkerThread> m_thread;
+    std::shared_ptr<Shared> m_shared;
+    std::unique_ptr<platform::WorkerThread> m_thread; ///< null before the first check
+    std::chrono::milliseconds m_patience;
 };
 
 } // namespace tollivar::update

@@ -49,12 +49,9 @@ QDateTime lastCheckTime(const QString &path)
 
 void storeCheckTime(const QString &path, const QDateTime &time)
 {
-    const IniFile file(path);
-    for (const auto &[key, value] :
-         {std::pair(u"LastCheckTime"_s, time.toString(kTimeForm)), {u"ShowMsg"_s, u"TRUE"_s}}) {
-        if (const auto written = file.write(u"Check", key, value); !written) {
-            qWarning("%s: %s", qPrintable(path), qPrintable(written.error().text));
-        }
+    const auto written = IniFile(path).write(u"Check", u"LastCheckTime", time.toString(kTimeForm));
+    if (!written) {
+        qWarning("%s: %s", qPrintable(path), qPrintable(written.error().text));
     }
 }
 

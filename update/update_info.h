@@ -24,7 +24,7 @@ struct UpdateInfo {
 
 /// When the last check that was answered took place, in local time.
 [[nodiscard]] QDateTime lastCheckTime(const QString &path);
-/// Writes it, and the section that it stands in.
+/// Writes it, and leaves everything else as it is.
 void storeCheckTime(const QString &path, const QDateTime &time);
 
 /// The question whether a new version is wanted. It is worded a little differently when the version

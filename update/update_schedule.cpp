@@ -2,19 +2,24 @@
 
 namespace tollivar::update {
 
-bool isCheckDue(int mode, const QDateTime &lastCheck, const QDateTime &now)
+bool checksByItself(int mode)
 {
-    constexpr qint64 kWeek = 7;
     switch (static_cast<UpdateMode>(mode)) {
     case UpdateMode::EveryStart:
-        return true;
     case UpdateMode::Weekly:
-        return lastCheck > now || lastCheck.addDays(kWeek) <= now;
+        return true;
     case UpdateMode::OnlyWhenAsked:
     case UpdateMode::Never:
         break;
     }
     return false;
+}
+
+bool isCheckDue(int mode, const QDateTime &lastCheck, const QDateTime &now)
+{
+    constexpr qint64 kWeek = 7;
+    const bool isLongAgo = lastCheck > now || lastCheck.addDays(kWeek) <= now;
+    return checksByItself(mode) && (mode != static_cast<int>(UpdateMode::Weekly) || isLongAgo);
 }
 
 std::optional<std::chrono::milliseconds> RetrySchedule::next()

@@ -12,8 +12,10 @@ namespace tollivar::update {
 /// When the program asks for updates by itself; the stored setting, never renumber.
 enum class UpdateMode : int { OnlyWhenAsked = 0, EveryStart = 1, Weekly = 2, Never = 3 };
 
-/// Whether a start is to check. A stored number without a name never checks; a last check that lies
-/// in the future counts as long ago.
+/// Whether that mode ever checks without being asked. A stored number without a name never does.
+[[nodiscard]] bool checksByItself(int mode);
+
+/// Whether a start is to check. A last check that lies in the future counts as long ago.
 [[nodiscard]] bool isCheckDue(int mode, const QDateTime &lastCheck, const QDateTime &now);
 
 /// How long to wait after each failed check in a row before the next attempt.

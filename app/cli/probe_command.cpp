@@ -80,7 +80,9 @@ fetch::ParserRun runParserInterruptibly(const QString &commandLine)
         port.post(platform::AppMessageId::TaskEvent, 0, 0);
     });
     const platform::InterruptWatch interrupt(kInterrupted, [&stop] { stop.set(); });
-    thread.resume();
+    if (!thread.resume()) {
+        return run;
+    }
     loop.exec();
     // The thread borrows from this frame, so the frame stays until it has ended.
     while (!thread.waitForEnd(std::chrono::seconds(1))) {

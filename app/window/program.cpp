@@ -188,7 +188,8 @@ void Program::openQuickBrowser()
     if (m_browser) {
         return;
     }
-    m_browser = std::make_unique<CaptureBrowser>(platform::kUnknownBrowserVersion);
+    m_browser =
+        std::make_unique<CaptureBrowser>(installedBrowser(platform::kUnknownBrowserVersion));
     QObject::connect(m_browser.get(), &CaptureBrowser::captured, &m_window->intake(),
                      &ui::AddressIntake::addCapturedRecord);
     QObject::connect(
@@ -220,6 +221,7 @@ void Program::applyOptions()
     m_engine.manager().setRetryPolicy(running.retry);
     m_window->applyOptions();
     m_dropZone->applyOptions(options);
+    m_updates->setMode(options.m_nCheckUpdate);
 }
 
 void Program::showPlayerHelp()

@@ -2,6 +2,7 @@
 
 #include "app/window/update_download.h"
 #include "platform/build_config.h"
+#include "platform/clock.h"
 #include "platform/open_external.h"
 #include "ui/dialogs/checking_dlg.h"
 #include "update/update_info.h"
@@ -29,13 +30,12 @@ QString serverAddress()
 
 Updates::Updates(QWidget &owner, const DataPaths &paths, ui::DialogTexts texts)
     : m_owner(owner)
-    , m_paths(paths)
     , m_texts(std::move(texts))
+    , m_lastCheck(update::lastCheckTime(paths.update))
     , m_inbox([this](const platform::AppMessage &message) { take(message); })
     , m_checker(std::make_unique<update::UpdateChecker>(
           update::UpdatePlaces{serverAddress(), paths.update, paths.updateInTransit},
-          QString(platform::build::kVersion), downloadUpdateInfo, m_inbox.port(),
-          platform::systemClock(), update::kRetryPauses))
+          QString(platform::build::kVersion), downloadUpdateInfo, m_inbox.port()))
 {
 }
 
@@ -43,10 +43,15 @@ Updates::~Updates() = default;
 
 void Updates::checkIfDue(int mode)
 {
-    if (update::isCheckDue(mode, update::lastCheckTime(m_paths.update),
-                           platform::systemClock().wallNow())) {
+    setMode(mode);
+    if (update::isCheckDue(mode, m_lastCheck, platform::systemClock().wallNow())) {
         m_checker->check(CheckKind::Automatic);
     }
+}
+
+void Updates::setMode(int mode)
+{
+    m_checker->allowAutomatic(update::checksByItself(mode));
 }
 
 void Updates::checkNow()
@@ -59,8 +64,11 @@ void Updates::checkNow()
 void Updates::take(const platform::AppMessage &message)
 {
     const auto result = static_cast<UpdateResult>(message.first);
-    const bool isAwaited = m_checking != nullptr && m_checking->isVisible();
-    if (m_checking != nullptr) {
+    const bool isAnswer = static_cast<CheckKind>(message.second) == CheckKind::Explicit;
+    const bool isAwaited = isAnswer && m_checking != nullptr && m_checking->isVisible();
+    // Who asks while a check of the program's own is under way waits for the next one, unless there
+    // is news: everybody is told of it, and it is the answer.
+    if (m_checking != nullptr && (isAnswer || result == UpdateResult::News)) {
         m_checking->hide();
     }
     switch (result) {
@@ -89,7 +97,7 @@ void Updates::take(const platform::AppMessage &message)
 
 void Updates::ask(UpdateResult result)
 {
-    const auto info = update::readUpdateInfo(m_paths.update);
+    const auto info = m_checker->noticed();
     const auto notice =
         result == UpdateResult::News ? update::Notice::First : update::Notice::Again;
     QMessageBox box(QMessageBox::Question, kTitle, {}, QMessageBox::Yes | QMessageBox::No,

@@ -5,6 +5,8 @@
 #include "ui/dialog/dialog_texts.h"
 #include "update/update_checker.h"
 
+#include <QDateTime>
+
 #include <memory>
 
 class QWidget;
@@ -30,6 +32,8 @@ public:
 
     /// At a start: checks when the stored mode asks for it.
     void checkIfDue(int mode);
+    /// The mode has changed: takes back what it no longer wants.
+    void setMode(int mode);
     /// Somebody asks.
     void checkNow();
 
@@ -38,8 +42,9 @@ private:
     void ask(update::UpdateResult result);
 
     QWidget &m_owner;
-    DataPaths m_paths;
     ui::DialogTexts m_texts;
+    /// Read before there is a checker, which has the file to itself.
+    QDateTime m_lastCheck;
     platform::AppMessageInbox m_inbox;
     std::unique_ptr<ui::CheckingDialog> m_checking;
     /// Last: it must end before what it tells is gone.

@@ -3,9 +3,9 @@
 #include "companions/capture/browser_start.h"
 #include "companions/capture/browsing_watch.h"
 #include "platform/auto_reset_event.h"
+#include "platform/owner_link.h"
 
 #include <chrono>
-#include <mutex>
 
 namespace tollivar::sniff {
 
@@ -13,19 +13,10 @@ using Clock = std::chrono::steady_clock;
 
 /// What the thread may use although the object on the main thread is gone.
 struct BrowserThread::Shared {
-    platform::AutoResetEvent stop;
-    std::mutex mutex;
-    BrowserThread *owner = nullptr; ///< null once it is being destroyed
+    explicit Shared(BrowserThread &owner) : link(owner) {}
 
-    /// Runs `tell` on the main thread, unless nobody is left to hear it.
-    void post(const std::function<void(BrowserThread &)> &tell)
-    {
-        const std::lock_guard lock(mutex);
-        if (owner != nullptr) {
-            QMetaObject::invokeMethod(
-                owner, [object = owner, tell] { tell(*object); }, Qt::QueuedConnection);
-        }
-    }
+    platform::AutoResetEvent stop;
+    platform::OwnerLink<BrowserThread> link;
 };
 
 namespace {
@@ -37,7 +28,7 @@ void lookOn(Shared &shared, const QString &address)
 {
     const auto browser = capture::startBrowser(capture::BrowserFace::Shown);
     if (!browser) {
-        shared.post([reason = browser.error().text](BrowserThread &thread) {
+        shared.link.post([reason = browser.error().text](BrowserThread &thread) {
             Q_EMIT thread.browserMissing(reason);
         });
         return;
@@ -50,32 +41,32 @@ void lookOn(Shared &shared, const QString &address)
     while (!shared.stop.isSet() && watch.step()) {
         hasNews = watch.takeNews() || hasNews;
         if (hasNews && Clock::now() >= next) {
-            shared.post([media = watch.media()](BrowserThread &thread) {
+            shared.link.post([media = watch.media()](BrowserThread &thread) {
                 Q_EMIT thread.mediaChanged(media);
             });
             hasNews = false;
             next = Clock::now() + kBetweenLists;
         }
     }
-    shared.post([](BrowserThread &thread) { Q_EMIT thread.browserEnded(); });
+    shared.link.post([](BrowserThread &thread) { Q_EMIT thread.browserEnded(); });
 }
 
 } // namespace
 
 BrowserThread::BrowserThread(const QString &address)
-    : m_shared(std::make_shared<Shared>())
+    : m_shared(std::make_shared<Shared>(*this))
     , m_thread([shared = m_shared, address] { lookOn(*shared, address); })
 {
-    m_shared->owner = this;
-    m_thread.resume();
+    if (!m_thread.resume()) {
+        m_shared->link.post([](BrowserThread &thread) {
+            Q_EMIT thread.browserMissing(tr("The system has no thread left to run a browser."));
+        });
+    }
 }
 
 BrowserThread::~BrowserThread()
 {
-    {
-        const std::lock_guard lock(m_shared->mutex);
-        m_shared->owner = nullptr;
-    }
+    m_shared->link.cut();
     m_shared->stop.set();
     constexpr std::chrono::seconds kPatience{10};
     if (!m_thread.waitForEnd(kPatience)) {

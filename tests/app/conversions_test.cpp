@@ -1,6 +1,7 @@
 #include "app/conversions.h"
 #include "convert/converter_command.h"
 #include "convert/profile_table.h"
+#include "tests/support/no_threads.h"
 #include "tests/support/rtmp_server.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/wait_until.h"
@@ -82,6 +83,25 @@ TEST_F(ConversionsTest, aFailureIsKeptWithItsReasonUntilTheNextTry)
         << m_conversions.failure(7).toStdString();
     m_conversions.stop(7);
     EXPECT_EQ(m_conversions.failure(7), QString());
+}
+
+TEST_F(ConversionsTest, eachFailsWhereNoThreadIsLeftAndCanBeTriedAgain)
+{
+    const auto first = make(u"one"_s, 1);
+    const auto second = make(u"two"_s, 1);
+    {
+        const test::NoThreads none;
+        m_conversions.start(1, first);
+        m_conversions.start(2, second);
+        waitForEnd(1);
+        waitForEnd(2);
+    }
+    EXPECT_FALSE(m_conversions.failure(1).isEmpty());
+    EXPECT_FALSE(m_conversions.failure(2).isEmpty());
+    m_conversions.start(1, first);
+    waitForEnd(1);
+    EXPECT_EQ(m_conversions.failure(1), QString());
+    EXPECT_TRUE(QFile::exists(convert::convertedPath(first)));
 }
 
 TEST_F(ConversionsTest, aFailureHasTheConvertersLastLineAndTheDownloadStays)

@@ -1,4 +1,5 @@
 #include "app/missing_browser.h"
+#include "tests/support/no_threads.h"
 #include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
@@ -24,6 +25,18 @@ TEST_F(MissingBrowserTest, isToldAfterTheFirstPageThatGaveNothingAndNeverAgain)
     later.pageFailed();
     test::waitUntil("the other's word", [&] { return told >= 10; });
     EXPECT_EQ(told, 11);
+}
+
+TEST_F(MissingBrowserTest, isLookedForAgainWhereNoThreadWasLeft)
+{
+    int told = 0;
+    MissingBrowser missing([&] { ++told; });
+    {
+        const test::NoThreads none;
+        missing.pageFailed();
+    }
+    missing.pageFailed();
+    test::waitUntil("the word", [&] { return told > 0; });
 }
 
 TEST_F(MissingBrowserTest, isSeenOnlyWhereThereIsNone)

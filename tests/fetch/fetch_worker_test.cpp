@@ -46,7 +46,7 @@ protected:
         m_worker->setRecord(m_task);
         m_worker->setState(TaskState::Started);
         m_thread = std::make_unique<platform::WorkerThread>([worker = m_worker] { worker->run(); });
-        m_thread->resume();
+        EXPECT_TRUE(m_thread->resume());
     }
 
     void run()
@@ -326,7 +326,7 @@ TEST_F(FetchWorkerRun, fiftyDownloadsAtOnceAllCompleteEachWithItsOwnContent)
             std::make_unique<platform::WorkerThread>([worker = workers.back()] { worker->run(); }));
     }
     for (const auto &thread : threads) {
-        thread->resume();
+        EXPECT_TRUE(thread->resume());
     }
     test::waitUntil("the end of fifty runs", [this] {
         return std::ranges::count(m_events.events(), TaskEventCode::Completed,

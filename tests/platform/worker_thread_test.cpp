@@ -1,6 +1,7 @@
 #include "platform/auto_reset_event.h"
 #include "platform/thread_role.h"
 #include "platform/worker_thread.h"
+#include "tests/support/no_threads.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ TEST(WorkerThread, isAtRestUntilItIsResumed)
     EXPECT_FALSE(thread.waitForEnd(10ms));
     EXPECT_FALSE(thread.hasEnded());
     EXPECT_FALSE(*hasRun);
-    thread.resume();
+    EXPECT_TRUE(thread.resume());
     EXPECT_TRUE(thread.waitForEnd(kLong));
     EXPECT_TRUE(thread.hasEnded());
     EXPECT_TRUE(*hasRun);
@@ -38,7 +39,7 @@ TEST(WorkerThread, hasNotEndedWhileItsFunctionRuns)
 {
     const auto stop = std::make_shared<AutoResetEvent>();
     WorkerThread thread([stop] { EXPECT_TRUE(stop->wait(kLong)); });
-    thread.resume();
+    EXPECT_TRUE(thread.resume());
     EXPECT_FALSE(thread.waitForEnd(10ms));
     stop->set();
     EXPECT_TRUE(thread.waitForEnd(kLong));
@@ -50,7 +51,7 @@ TEST(WorkerThread, hasLetGoOfWhatItCapturedWhenItHasEnded)
     for (int i = 0; i < 500; ++i) {
         const auto captured = std::make_shared<int>(i);
         WorkerThread thread([captured] {});
-        thread.resume();
+        EXPECT_TRUE(thread.resume());
         ASSERT_TRUE(thread.waitForEnd(kLong));
         ASSERT_EQ(captured.use_count(), 1);
     }
@@ -65,7 +66,7 @@ TEST(WorkerThread, isLetGoWhenItsOwnerDies)
             EXPECT_TRUE(stop->wait(kLong));
             ended->set();
         });
-        thread.resume();
+        EXPECT_TRUE(thread.resume());
     }
     stop->set();
     EXPECT_TRUE(ended->wait(kLong));
@@ -75,10 +76,24 @@ TEST(WorkerThread, endsWhenItsFunctionThrows)
 {
     WorkerThread known([] { throw std::runtime_error("broken"); });
     WorkerThread unknown([] { throw 1; });
-    known.resume();
-    unknown.resume();
+    EXPECT_TRUE(known.resume());
+    EXPECT_TRUE(unknown.resume());
     EXPECT_TRUE(known.waitForEnd(kLong));
     EXPECT_TRUE(unknown.waitForEnd(kLong));
+}
+
+TEST(WorkerThread, hasEndedUnrunWhenTheSystemHasNoThreadLeft)
+{
+    const auto captured = std::make_shared<bool>(false);
+    WorkerThread thread([captured] { *captured = true; });
+    {
+        const tollivar::test::NoThreads none;
+        EXPECT_FALSE(thread.resume());
+    }
+    EXPECT_TRUE(thread.hasEnded());
+    EXPECT_TRUE(thread.waitForEnd(0ms));
+    EXPECT_FALSE(*captured);
+    EXPECT_EQ(captured.use_count(), 1) << "what it captured is let go";
 }
 
 TEST(WorkerThread, comesAndGoesManyTimes)
@@ -88,7 +103,7 @@ TEST(WorkerThread, comesAndGoesManyTimes)
     for (int i = 0; i < 2'000; ++i) {
         WorkerThread thread([runs] { ++*runs; });
         if (i % 4 != 0) {
-            thread.resume();
+            EXPECT_TRUE(thread.resume());
         }
         if (i % 4 == 1) {
             ASSERT_TRUE(thread.waitForEnd(kLong));

@@ -1,16 +1,11 @@
 #include "platform/build_config.h"
+#include "platform/ini_file.h"
 #include "tests/support/sandbox.h"
-#include "tests/support/wait_until.h"
-#include "update/update_checker.h"
 #include "update/update_info.h"
 #include "update/update_schedule.h"
 #include "update/version.h"
 
-#include <QDir>
-
 #include <gtest/gtest.h>
-
-#include <vector>
 
 namespace tollivar::update {
 
@@ -45,6 +40,16 @@ TEST(UpdateSchedule, aStartChecksByItsMode)
     EXPECT_TRUE(isCheckDue(2, now.addDays(1), now));
     EXPECT_FALSE(isCheckDue(3, now.addYears(-1), now));
     EXPECT_FALSE(isCheckDue(77, now.addYears(-1), now));
+}
+
+TEST(UpdateSchedule, twoModesCheckWithoutBeingAsked)
+{
+    for (const int mode : {1, 2}) {
+        EXPECT_TRUE(checksByItself(mode));
+    }
+    for (const int mode : {-1, 0, 3, 4, 77}) {
+        EXPECT_FALSE(checksByItself(mode));
+    }
 }
 
 TEST(UpdateSchedule, failuresAreRetriedFiveTimesEachLater)
@@ -105,6 +110,15 @@ TEST_F(UpdateInfoTest, theTimeOfACheckIsKept)
     EXPECT_EQ(lastCheckTime(path), QDateTime(QDate(2011, 1, 1), QTime(21, 4, 54)));
 }
 
+TEST_F(UpdateInfoTest, whatElseThePersonsFileSaysOfChecksIsLeftAsItIs)
+{
+    const QString path = m_sandbox.write(u"u.ini"_s, "[Check]\nShowMsg=FALSE\n");
+    storeCheckTime(path, QDateTime(QDate(2026, 11, 21), QTime(3, 4, 5)));
+    const platform::IniFile file(path);
+    EXPECT_EQ(file.read(u"Check", u"ShowMsg"), u"FALSE"_s);
+    EXPECT_EQ(file.read(u"Check", u"LastCheckTime"), u"2026-11-21 03:04:05"_s);
+}
+
 TEST_F(UpdateInfoTest, newsAndKnownVersionsAreAskedAboutWithOneBlankMoreOrLess)
 {
     const UpdateInfo info{u"2.0.0.0"_s, {}, u"a"_s, {}};
@@ -114,26 +128,6 @@ TEST_F(UpdateInfoTest, newsAndKnownVersionsAreAskedAboutWithOneBlankMoreOrLess)
     EXPECT_EQ(updateQuestion(info, Notice::Again),
               u"A new version(2.0.0.0) of Tollivar is available, would you like to download it "
               u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
-}
-
-TEST(UpdateChecker, newsThatCannotBeStoredAreAFailedCheck)
-{
-    const test::Sandbox sandbox;
-    // A folder stands in the place of the local copy.
-    ASSERT_TRUE(QDir().mkpath(sandbox.file(u"update.ini"_s)));
-    std::vector<std::uint64_t> results;
-    platform::AppMessageInbox inbox(
-        [&results](const platform::AppMessage &message) { results.push_back(message.first); });
-    const auto get = [&sandbox](const QString &, const QString &, platform::AutoResetEvent &) {
-        sandbox.write(u"transit.ini"_s, "[Version]\r\nMain=2.0.0.0\r\n");
-        return GetResult::Done;
-    };
-    UpdateChecker checker(
-        {u"http://a/"_s, sandbox.file(u"update.ini"_s), sandbox.file(u"transit.ini"_s)},
-        u"1.0.0.0"_s, get, inbox.port(), platform::systemClock(), kRetryPauses);
-    checker.check(CheckKind::Explicit);
-    test::waitUntil("a result", [&results] { return !results.empty(); });
-    EXPECT_EQ(results, std::vector{static_cast<std::uint64_t>(UpdateResult::Unreachable)});
 }
 
 } // namespace tollivar::update

@@ -168,6 +168,28 @@ TEST_F(ChangedSettings, updatesAreNotCheckedForAtTheNextStart)
     EXPECT_EQ(m_site.requests().size(), 2U);
 }
 
+TEST_F(ChangedSettings, aCheckForUpdatesUnderWayIsNotToldOnceNoneIsWanted)
+{
+    m_settings->setNumber(settings::keys::kCheckUpdate, 1);
+    std::atomic<bool> isToAnswer = false;
+    m_site.on("/update?ver=" + QString(platform::build::kVersion).toLatin1(),
+              [&isToAnswer](test::HttpPeer &peer) {
+                  isToAnswer.wait(false);
+                  test::answer("[Version]\r\nMain=9.0.0.0\r\n")(peer);
+              });
+    start();
+    m_site.waitForRequests(1);
+    changeSettings([](QWidget &dialog) { click(dialog, u"chkUpdates"_s); });
+    isToAnswer = true;
+    isToAnswer.notify_all();
+    // Had it been told, this would be about a version that was noticed before.
+    const test::BoxWatch boxes(QMessageBox::No);
+    window().runCommand(language::commands::kCheckUpdates);
+    boxes.waitForBoxes(1);
+    ASSERT_EQ(boxes.boxes().size(), 1U);
+    EXPECT_TRUE(boxes.boxes().front().text.contains(u"is available,would"_s));
+}
+
 TEST_F(ChangedSettings, whatIsCancelledChangesNothing)
 {
     start();

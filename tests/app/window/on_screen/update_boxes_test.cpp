@@ -1,9 +1,11 @@
 #include "app/window/updates.h"
+#include "platform/auto_reset_event.h"
 #include "platform/build_config.h"
 #include "tests/support/box_watch.h"
 #include "tests/support/http_site.h"
 #include "tests/support/noting_program.h"
 #include "tests/support/sandbox.h"
+#include "tests/support/wait_until.h"
 #include "tests/support/window_driver.h"
 #include "ui/dialogs/checking_dlg.h"
 #include "ui/skin/paint_manager.h"
@@ -14,6 +16,8 @@
 #include <QLabel>
 
 #include <gtest/gtest.h>
+
+#include <atomic>
 
 namespace tollivar::app {
 namespace {
@@ -114,10 +118,13 @@ protected:
         return *m_owner.findChild<ui::CheckingDialog *>();
     }
 
+    static constexpr std::chrono::seconds kLong{60};
     static constexpr int kEveryStart = static_cast<int>(update::UpdateMode::EveryStart);
 
     test::Sandbox m_sandbox;
     test::DesktopOpener m_opener{m_sandbox};
+    /// Outlives the site, whose scripts wait for it.
+    platform::AutoResetEvent m_goOn;
     test::HttpSite m_site;
     std::size_t m_requests = 0;
     test::BoxWatch m_boxes{QMessageBox::No};
@@ -257,12 +264,63 @@ TEST_F(UpdateBoxes, markupFromTheServerIsShownAsText)
     EXPECT_EQ(m_boxes.boxes().size(), 1U);
 }
 
-TEST_F(UpdateBoxes, endsAtOnceWhileAServerIsAsked)
+TEST_F(UpdateBoxes, whoAsksWhileAStartsCheckStallsWaitsForTheOwnAnswer)
 {
-    play(test::neverAnswer());
+    play([this](test::HttpPeer &) { EXPECT_TRUE(m_goOn.wait(kLong)); });
+    m_updates->checkIfDue(kEveryStart);
+    m_site.waitForRequests(1);
+    answer("0.0.0.1");
+    m_updates->checkNow();
+    m_goOn.set();
+    m_boxes.waitForBoxes(1);
+    EXPECT_EQ(m_boxes.boxes(), std::vector{kNoUpdate});
+    EXPECT_FALSE(checkingWindow().isVisible());
+}
+
+TEST_F(UpdateBoxes, newsOfAStartsCheckAnswerWhoAsksMeanwhile)
+{
+    play([this](test::HttpPeer &peer) {
+        EXPECT_TRUE(m_goOn.wait(kLong));
+        test::answer("[Version]\r\nMain=9.1.0.0\r\n")(peer);
+    });
+    m_updates->checkIfDue(kEveryStart);
+    m_site.waitForRequests(1);
+    answer("9.1.0.0");
+    m_updates->checkNow();
+    m_boxes.onBox([this](QMessageBox &) { EXPECT_FALSE(checkingWindow().isVisible()); });
+    m_goOn.set();
+    m_boxes.waitForBoxes(1);
+    m_requests = 1;
+    waitUntilTold();
+    EXPECT_EQ(m_boxes.boxes().size(), 1U) << "not asked twice about the same";
+}
+
+TEST_F(UpdateBoxes, aModeThatNeverChecksSilencesTheCheckUnderWay)
+{
+    play([this](test::HttpPeer &peer) {
+        EXPECT_TRUE(m_goOn.wait(kLong));
+        test::answer("[Version]\r\nMain=9.1.0.0\r\n")(peer);
+    });
+    m_updates->checkIfDue(kEveryStart);
+    m_site.waitForRequests(1);
+    m_updates->setMode(static_cast<int>(update::UpdateMode::Never));
+    m_goOn.set();
+    answer("0.0.0.1");
+    checkNow();
+    EXPECT_EQ(m_boxes.boxes(), std::vector{kNoUpdate});
+}
+
+TEST_F(UpdateBoxes, itsEndLeavesAServerThatDoesNotAnswer)
+{
+    std::atomic<bool> hasLeft = false;
+    play([&hasLeft](test::HttpPeer &peer) {
+        peer.stall();
+        hasLeft = true;
+    });
     m_updates->checkNow();
     m_site.waitForRequests(1);
     m_updates.reset();
+    test::waitUntil("the client's leave", [&hasLeft] { return hasLeft.load(); });
     EXPECT_TRUE(m_boxes.boxes().empty());
     EXPECT_EQ(m_owner.findChild<ui::CheckingDialog *>(), nullptr);
 }
