@@ -23,6 +23,15 @@ void COptionsManager::SaveAll()
     }
 }
 
+CGeneralOptions COptionsManager::general() const
+{
+    CGeneralOptions copy(m_store);
+    if (const COptionsEx *known = Get(kGeneral)) {
+        copy.CopyFrom(*known);
+    }
+    return copy;
+}
+
 COptionsEx *COptionsManager::Get(int id) const
 {
     const auto place = m_groups.find(id);

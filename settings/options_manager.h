@@ -8,6 +8,8 @@
 
 namespace tollivar::settings {
 
+class CGeneralOptions;
+
 /// Every group of options, by its id; the general options have id 0.
 ///
 /// Threads: the main thread.
@@ -26,6 +28,8 @@ public:
     virtual void LoadAll();
     /// Saves every group, in the order of the ids.
     virtual void SaveAll();
+    /// A copy of the general options; before LoadAll() their initial values.
+    [[nodiscard]] CGeneralOptions general() const;
     /// Null for an unknown id.
     [[nodiscard]] virtual COptionsEx *Get(int id) const;
     /// A known group copies the values of `group`; a new one is kept: the object itself when it is

@@ -11,6 +11,7 @@
 #include "platform/open_external.h"
 #include "platform/paths.h"
 #include "platform/single_instance.h"
+#include "settings/general_options.h"
 #include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
 #include "ui/skin/paint_manager.h"
@@ -197,12 +198,6 @@ void Program::openQuickBrowser()
         Qt::QueuedConnection);
 }
 
-const settings::CGeneralOptions &Program::generalOptions() const
-{
-    return dynamic_cast<const settings::CGeneralOptions &>(
-        *m_options.Get(settings::COptionsManager::kGeneral));
-}
-
 void Program::openSettings()
 {
     const ui::WindowTexts texts = windowTexts();
@@ -215,7 +210,7 @@ void Program::openSettings()
 
 void Program::applyOptions()
 {
-    const auto &options = generalOptions();
+    const settings::CGeneralOptions options = m_options.general();
     const tasks::TaskManagerOptions running = managerOptions(options);
     m_engine.manager().setMaximumDownloads(running.maximumDownloads);
     m_engine.manager().setRetryPolicy(running.retry);
@@ -262,7 +257,7 @@ void Program::start(const QStringList &arguments)
                         : CTollivarDlg::Appearance::Shown);
     // A question needs the event loop, which runs only after this.
     QTimer::singleShot(0, m_window.get(), [this] { tellSkinProblems(); });
-    m_updates->checkIfDue(generalOptions().m_nCheckUpdate);
+    m_updates->checkIfDue(m_options.general().m_nCheckUpdate);
     m_interrupt =
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
     if (const auto address = addressOf(arguments)) {

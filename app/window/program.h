@@ -12,7 +12,6 @@
 #include "app/window/updates.h"
 #include "platform/flash_version.h"
 #include "platform/interrupt.h"
-#include "settings/general_options.h"
 #include "settings/options_manager.h"
 #include "settings/settings_store.h"
 #include "ui/main_window/tollivar_dlg.h"
@@ -53,7 +52,6 @@ private:
     void tellMissingBrowser();
     /// Tells once what is wrong with the skin.
     void tellSkinProblems();
-    [[nodiscard]] const settings::CGeneralOptions &generalOptions() const;
     [[nodiscard]] ui::WindowTexts windowTexts();
     [[nodiscard]] ui::WindowServices windowServices();
 

@@ -24,6 +24,26 @@ TEST_F(OptionsManager, loadingMakesTheGeneralGroup)
     EXPECT_EQ(m_manager.Get(1), nullptr);
 }
 
+TEST_F(OptionsManager, theGeneralOptionsAreThoseOfTheGroup)
+{
+    m_manager.LoadAll();
+    general().m_nMaxSimDownloads = 7;
+    EXPECT_EQ(m_manager.general().m_nMaxSimDownloads, 7);
+}
+
+TEST_F(OptionsManager, beforeAnythingIsLoadedTheGeneralOptionsAreTheInitialOnes)
+{
+    EXPECT_EQ(m_manager.general().m_nMaxRetry, CGeneralOptions(m_store).m_nMaxRetry);
+}
+
+TEST_F(OptionsManager, aCopyOfTheGeneralOptionsIsItsOwn)
+{
+    m_manager.LoadAll();
+    CGeneralOptions copy = m_manager.general();
+    copy.m_nMaxRetry = 6;
+    EXPECT_EQ(m_manager.general().m_nMaxRetry, 1);
+}
+
 TEST_F(OptionsManager, aGroupThatIsLentIsStoredAsAClone)
 {
     CGeneralOptions options(m_store);

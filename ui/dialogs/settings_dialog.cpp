@@ -1,5 +1,7 @@
 #include "ui/dialogs/settings_dialog.h"
 
+#include "update/update_schedule.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -15,6 +17,7 @@ using namespace Qt::StringLiterals;
 using DuiLib::RequiredControl;
 using settings::CGeneralOptions;
 using settings::COptionsManager;
+using update::UpdateMode;
 
 namespace {
 
@@ -34,9 +37,9 @@ constexpr std::array kControls = {
     RequiredControl{"Button"_L1, "btnClose"_L1},
 };
 
-/// Update modes; the list's items stand in their order.
-constexpr int kEveryStart = 1;
-constexpr int kNever = 3;
+/// As the options hold them; the list's items stand in their order.
+constexpr int kEveryStart = static_cast<int>(UpdateMode::EveryStart);
+constexpr int kNever = static_cast<int>(UpdateMode::Never);
 
 /// The check boxes and the options that they edit.
 struct Flag {
@@ -62,9 +65,8 @@ CSettingsDialog::CSettingsDialog(QWidget *owner, COptionsManager &options, const
                                  ClipboardWatch watch)
     : CUILibDialog(owner)
     , m_options(options)
+    , m_copy(options.general())
 {
-    auto copy = m_options.Get(COptionsManager::kGeneral)->Clone();
-    m_copy.reset(dynamic_cast<CGeneralOptions *>(copy.release()));
     createFace(u"DialogSettings.xml"_s, kControls);
     applyDialogTexts(*this, u"DIALOG_SETTINGS"_s, texts.dialog);
     if (watch == ClipboardWatch::InFrontOnly) {
@@ -78,11 +80,11 @@ void CSettingsDialog::fill()
     for (const auto &[name, option] : kFlags) {
         auto &box = control<QCheckBox>(name);
         const QSignalBlocker quiet(box);
-        box.setChecked((*m_copy).*option);
+        box.setChecked(m_copy.*option);
     }
-    fillNumber("cbSimDownloads"_L1, m_copy->m_nMaxSimDownloads, 1);
-    fillNumber("cbRetryTime"_L1, m_copy->m_nMaxRetry, 0);
-    showUpdateMode(m_copy->m_nCheckUpdate);
+    fillNumber("cbSimDownloads"_L1, m_copy.m_nMaxSimDownloads, 1);
+    fillNumber("cbRetryTime"_L1, m_copy.m_nMaxRetry, 0);
+    showUpdateMode(m_copy.m_nCheckUpdate);
 }
 
 void CSettingsDialog::fillNumber(QLatin1StringView list, int value, int first)
@@ -99,7 +101,7 @@ void CSettingsDialog::fillNumber(QLatin1StringView list, int value, int first)
 
 void CSettingsDialog::showUpdateMode(int mode)
 {
-    m_copy->m_nCheckUpdate = mode;
+    m_copy.m_nCheckUpdate = mode;
     const bool isOn = mode != kNever;
     auto &box = control<QCheckBox>("chkUpdates"_L1);
     const QSignalBlocker quiet(box);
@@ -139,15 +141,12 @@ void CSettingsDialog::handleClick(const QString &name)
 
 void CSettingsDialog::handleCheck(const QString &name)
 {
-    if (m_copy == nullptr) {
-        return;
-    }
     if (name == "chkUpdates"_L1) {
         showUpdateMode(control<QCheckBox>("chkUpdates"_L1).isChecked() ? kEveryStart : kNever);
     }
     for (const auto &[box, option] : kFlags) {
         if (name == box) {
-            (*m_copy).*option = control<QCheckBox>(box).isChecked();
+            m_copy.*option = control<QCheckBox>(box).isChecked();
         }
     }
 }
@@ -156,9 +155,9 @@ void CSettingsDialog::handleChoice(const QString &name)
 {
     // Numbers are what the items say, whatever their place.
     if (name == "cbSimDownloads"_L1) {
-        m_copy->m_nMaxSimDownloads = control<QComboBox>("cbSimDownloads"_L1).currentText().toInt();
+        m_copy.m_nMaxSimDownloads = control<QComboBox>("cbSimDownloads"_L1).currentText().toInt();
     } else if (name == "cbRetryTime"_L1) {
-        m_copy->m_nMaxRetry = control<QComboBox>("cbRetryTime"_L1).currentText().toInt();
+        m_copy.m_nMaxRetry = control<QComboBox>("cbRetryTime"_L1).currentText().toInt();
     } else if (name == "cbUpdatesMode"_L1) {
         showUpdateMode(control<QComboBox>("cbUpdatesMode"_L1).currentIndex());
     }
@@ -166,7 +165,7 @@ void CSettingsDialog::handleChoice(const QString &name)
 
 void CSettingsDialog::store()
 {
-    m_options.Set(COptionsManager::kGeneral, *m_copy);
+    m_options.Set(COptionsManager::kGeneral, m_copy);
     m_options.SaveAll();
     Q_EMIT optionsChanged();
 }

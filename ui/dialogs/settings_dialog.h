@@ -5,8 +5,6 @@
 #include "ui/dialog/ui_lib_dialog.h"
 #include "ui/dialogs/window_texts.h"
 
-#include <memory>
-
 class QComboBox;
 
 namespace tollivar::ui {
@@ -46,7 +44,7 @@ private:
     void store();
 
     settings::COptionsManager &m_options;
-    std::unique_ptr<settings::CGeneralOptions> m_copy;
+    settings::CGeneralOptions m_copy;
 };
 
 } // namespace tollivar::ui

@@ -167,12 +167,9 @@ void CTollivarDlg::bindKeys()
 
 void CTollivarDlg::applyOptions()
 {
-    const auto *options = dynamic_cast<const settings::CGeneralOptions *>(
-        m_services.options.Get(settings::COptionsManager::kGeneral));
-    if (options != nullptr) {
-        m_list->setRetrySetting(options->m_nMaxRetry);
-        m_intake.setMinimisesAfterwards(options->m_bMinimizeDragTask);
-    }
+    const settings::CGeneralOptions options = m_services.options.general();
+    m_list->setRetrySetting(options.m_nMaxRetry);
+    m_intake.setMinimisesAfterwards(options.m_bMinimizeDragTask);
 }
 
 void CTollivarDlg::applyLanguage()
