@@ -85,7 +85,10 @@ private:
     bool m_minimisesAfterwards = false;
 };
 
-/// The address in dropped or pasted data; empty for files and for what is no text.
+/// The address in data that was dropped on the window or pasted into it; empty for files and for
+/// what is no text. A link that comes as an address alone, without a text, is one: what a browser
+/// drags into the window is meant for it. The drop zone, which floats over other programs' windows
+/// and is hit by chance, takes only what comes as text.
 [[nodiscard]] QString addressIn(const QMimeData &data);
 
 } // namespace tollivar::ui

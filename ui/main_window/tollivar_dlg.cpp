@@ -154,7 +154,9 @@ void CTollivarDlg::bindKeys()
     };
     bind(QKeySequence::New, [this] { addTask(); });
     bind(QKeySequence::Paste, [this] {
-        m_intake.offerAddress(addressIn(*QGuiApplication::clipboard()->mimeData()),
+        // The system has none when no program owns the clipboard.
+        const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
+        m_intake.offerAddress(copied == nullptr ? QString() : addressIn(*copied),
                               AddressOrigin::Dropped);
     });
     bind(QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Q_EMIT browserWanted(false); });
