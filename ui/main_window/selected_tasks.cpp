@@ -97,6 +97,13 @@ void SelectedTasks::play()
     Q_EMIT playerWanted(selected.empty() ? QString() : selected.front().outputPath());
 }
 
+void SelectedTasks::playRow(int row)
+{
+    if (const TaskWorker *worker = m_manager.workerAt(row)) {
+        Q_EMIT playerWanted(worker->record().outputPath());
+    }
+}
+
 bool SelectedTasks::anyIsActive() const
 {
     const auto selected = workers();

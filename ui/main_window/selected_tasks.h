@@ -28,6 +28,8 @@ public:
     /// Does what the entry of the list's menu does; nothing for other commands.
     void run(int command);
     void play();
+    /// Plays that row's task, whichever are selected.
+    void playRow(int row);
     /// Whether the Space key means Stop: one of them runs, or waits to.
     [[nodiscard]] bool anyIsActive() const;
     /// What they can be converted to: nothing while one is not finished.

@@ -112,7 +112,7 @@ void CTollivarDlg::bindList()
     connect(m_list, &CListCtrlEx::addWanted, this, &CTollivarDlg::addTask);
     connect(m_list, &CListCtrlEx::removeWanted, this, &CTollivarDlg::removeSelected);
     connect(m_list, &CListCtrlEx::toggleWanted, this, &CTollivarDlg::toggleSelected);
-    connect(m_list, &CListCtrlEx::activated, this, &CTollivarDlg::playSelected);
+    connect(m_list, &CListCtrlEx::rowActivated, m_selected.get(), &SelectedTasks::playRow);
     connect(m_list, &CListCtrlEx::menuWanted, this,
             [this](QPoint place) { m_menus->list().popup(place); });
 }

@@ -1,5 +1,7 @@
 #include "ui/task_list/empty_hint.h"
 
+#include "ui/skin/control_class.h"
+
 #include <QLabel>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -26,7 +28,7 @@ EmptyHint::EmptyHint(QWidget *parent)
     m_text->setPalette(colors);
     m_button->setObjectName(u"btnEmptyAdd"_s);
     // What the style sheets of skins choose buttons by.
-    m_button->setProperty("skinClass", u"ButtonUI"_s);
+    m_button->setProperty(DuiLib::kClassProperty, QString(DuiLib::kButtonClass));
     m_button->setProperty("look", u"primary"_s);
     connect(m_button, &QToolButton::clicked, this, &EmptyHint::addWanted);
 }

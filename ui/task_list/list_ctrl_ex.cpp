@@ -20,7 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QColor kListBack(241, 245, 250);
 constexpr int kNameColumn = static_cast<int>(ListColumn::Name);
 
 QString cellToolTip(const RowText &text, ListColumn column)
@@ -365,7 +364,7 @@ void CListCtrlEx::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
     if (index.isValid() && event->button() == Qt::LeftButton)
-        Q_EMIT activated(index.row());
+        Q_EMIT rowActivated(index.row());
 }
 
 bool CListCtrlEx::viewportEvent(QEvent *event)

@@ -62,7 +62,7 @@ public:
 Q_SIGNALS:
     void menuWanted(QPoint globalPosition);
     /// By a double click; windows keep Enter from their controls.
-    void activated(int row);
+    void rowActivated(int row);
     void addWanted();
     void removeWanted();
     /// Space: start what rests, stop what runs.

@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QColor kPlainBack(241, 245, 250);
 const QColor kFocusedBack(61, 128, 223);
 const QColor kUnfocusedBack(236, 233, 216);
 const QColor kGrid(217, 217, 217);
@@ -59,7 +58,7 @@ QColor backOf(RowLook look)
     case RowLook::PlainCurrent:
         break;
     }
-    return kPlainBack;
+    return kListBack;
 }
 
 QRect upperHalf(const QRect &cell)

@@ -3,6 +3,7 @@
 #include "ui/task_list/list_columns.h"
 #include "ui/task_list/row_text.h"
 
+#include <QColor>
 #include <QFont>
 #include <QIcon>
 #include <QImage>
@@ -13,6 +14,9 @@
 class QPainter;
 
 namespace tollivar::ui {
+
+/// Of the list, and of a row that is not selected.
+inline constexpr QColor kListBack(241, 245, 250);
 
 /// How a row looks as a whole.
 enum class RowLook {

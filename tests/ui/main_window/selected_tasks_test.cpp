@@ -279,6 +279,18 @@ TEST_F(TollivarDlgTest, aTaskThatIsRemovedIsNotConvertedOn)
     EXPECT_THAT(m_world.stoppedConversions, ElementsAre(selected, cleared));
 }
 
+TEST_F(TollivarDlgTest, aDoubleClickPlaysItsRowWhicheverAreSelected)
+{
+    m_world.add(u"a"_s);
+    m_world.add(u"b"_s);
+    CTollivarDlg &window = open();
+    QSignalSpy played(&window.selected(), &SelectedTasks::playerWanted);
+    m_list->selectRows({0, 1});
+    Q_EMIT m_list->rowActivated(1);
+    ASSERT_EQ(played.size(), 1);
+    EXPECT_EQ(played[0][0].toString(), m_world.manager().workerAt(1)->record().outputPath());
+}
+
 TEST_F(TollivarDlgTest, theListsMenuCopiesDetailsThatAreNotOfferedBack)
 {
     m_world.add(u"a"_s);

@@ -93,7 +93,7 @@ TEST_F(ListKeysTest, leftAndRightScrollAndKeepTheSelection)
 TEST_F(ListKeysTest, keysInAnEmptyListDoNothing)
 {
     show();
-    QSignalSpy opened(m_list.get(), &CListCtrlEx::activated);
+    QSignalSpy opened(m_list.get(), &CListCtrlEx::rowActivated);
     for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left,
                               Qt::Key_PageDown, Qt::Key_Return, Qt::Key_A})
         test::press(*m_list, key);
@@ -130,7 +130,7 @@ TEST_F(ListKeysTest, spaceWithControlSelectsTheFramedRow)
 TEST_F(ListKeysTest, aDoubleClickOpensTheTaskAndEnterDoesNot)
 {
     showTasks(5);
-    QSignalSpy opened(m_list.get(), &CListCtrlEx::activated);
+    QSignalSpy opened(m_list.get(), &CListCtrlEx::rowActivated);
     QTest::mouseDClick(m_list->viewport(), Qt::LeftButton, {}, middleOf(2));
     m_list->selectRows({3});
     test::press(*m_list, Qt::Key_Return);
@@ -142,7 +142,7 @@ TEST_F(ListKeysTest, aDoubleClickOpensTheTaskAndEnterDoesNot)
 TEST_F(ListKeysTest, onlyTheLeftButtonOnARowOpens)
 {
     showTasks(2);
-    QSignalSpy opened(m_list.get(), &CListCtrlEx::activated);
+    QSignalSpy opened(m_list.get(), &CListCtrlEx::rowActivated);
     QTest::mouseDClick(m_list->viewport(), Qt::RightButton, {}, middleOf(1));
     QTest::mouseDClick(m_list->viewport(), Qt::LeftButton, {}, {20, 2 * m_list->rowHeight() + 20});
     EXPECT_EQ(opened.size(), 0);
