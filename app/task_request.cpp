@@ -22,9 +22,6 @@ namespace {
 constexpr qsizetype kMaximumAddressLength = 32'768;
 constexpr int kMaximumRequests = 10'000;
 
-/// Characters of an address that name a page whose title is not known yet.
-constexpr qsizetype kNameFromAddressEnd = 8;
-
 /// What stands before "//", or before a colon that no port number follows; empty when nothing does.
 QString schemeOf(const QString &address)
 {
@@ -79,9 +76,7 @@ void namePage(const TaskRequest &request, tasks::TaskInfo &task)
     }
     if (request.name.isEmpty()) {
         task.bAutoRename = 1;
-        task.strOutputName = fetch::cleanName(
-            fetch::watchPageId(task.strOriURL).value_or(task.strOriURL.right(kNameFromAddressEnd)),
-            u'-');
+        task.strOutputName = fetch::cleanName(fetch::nameBeforeTitle(task.strOriURL), u'-');
     }
 }
 

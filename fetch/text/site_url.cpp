@@ -16,6 +16,9 @@ constexpr std::array<QLatin1StringView, 5> kSizes = {
     QLatin1StringView("&vq=medium"), QLatin1StringView("&vq=small"),
 };
 
+/// Characters of an address that name a page whose title is not known yet.
+constexpr qsizetype kNameFromAddressEnd = 8;
+
 } // namespace
 
 QString addressForParser(const QString &address, int quality)
@@ -52,6 +55,11 @@ std::optional<QString> watchPageId(const QString &address)
         }
     }
     return std::nullopt;
+}
+
+QString nameBeforeTitle(const QString &address)
+{
+    return watchPageId(address).value_or(address.right(kNameFromAddressEnd));
 }
 
 } // namespace tollivar::fetch

@@ -19,4 +19,8 @@ namespace tollivar::fetch {
 /// a watch page without an id.
 [[nodiscard]] std::optional<QString> watchPageId(const QString &address);
 
+/// What a page's file is called as long as the page's title is not known: the id of a watch page,
+/// else the end of the address. As it stands there: no name for a file before it is cleaned.
+[[nodiscard]] QString nameBeforeTitle(const QString &address);
+
 } // namespace tollivar::fetch

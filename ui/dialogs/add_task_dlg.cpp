@@ -63,16 +63,8 @@ constexpr int kDirectIndex = 2;
 constexpr int kNarrowMode = 255;
 constexpr int kWideMode = 360;
 
-/// Characters of an address that name a page whose title is not known yet.
-constexpr qsizetype kNameFromAddressEnd = 8;
-
 /// What a folder picker's answer without a path becomes, so that it is refused as a folder.
 const QString kInvalidFolder = u"INVALID FOLDER"_s;
-
-QString defaultName(const QString &address)
-{
-    return fetch::watchPageId(address).value_or(address.right(kNameFromAddressEnd));
-}
 
 } // namespace
 
@@ -261,7 +253,7 @@ QString CAddTaskDlg::readFields()
     const bool isAutomatic = control<QCheckBox>("chkRename"_L1).isChecked();
     QString name = control<QLineEdit>("editFileName"_L1).text().trimmed();
     if (isAutomatic || name.isEmpty()) {
-        name = defaultName(address);
+        name = fetch::nameBeforeTitle(address);
     }
     m_task.strOutputName = fetch::withoutForbiddenCharacters(name, u'-');
     m_task.bAutoRename = isAutomatic ? 1 : 0;

@@ -1,6 +1,7 @@
 #include "ui/main_window/address_intake.h"
 
 #include "fetch/text/file_naming.h"
+#include "fetch/text/site_url.h"
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
 #include "ui/dialogs/add_task_dlg.h"
@@ -137,7 +138,8 @@ void AddressIntake::addCapturedRecord(const QString &record)
     for (const CapturedMedia &media : m_services.readCapturedText(record)) {
         tasks::TaskInfo chosen;
         chosen.strOutputFolder = m_services.settings.GetLastFolder();
-        chosen.strOutputName = media.title.isEmpty() ? media.task.strOriURL.right(8) : media.title;
+        chosen.strOutputName =
+            media.title.isEmpty() ? fetch::nameBeforeTitle(media.task.strOriURL) : media.title;
         storeCaptured(media, chosen);
     }
     m_inbox.port().post(AppMessageId::CapturedTexts, 0, 0);

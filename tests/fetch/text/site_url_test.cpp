@@ -68,5 +68,13 @@ TEST(SiteUrl, withoutAnIdOrElsewhereThereIsNone)
               std::nullopt);
 }
 
+TEST(SiteUrl, aWatchPageIsCalledByItsIdAndAnyOtherByTheEndOfItsAddress)
+{
+    EXPECT_EQ(nameBeforeTitle(kWatch), u"abc");
+    EXPECT_EQ(nameBeforeTitle(QStringLiteral("http://site.example/clips/a.html")), u"s/a.html");
+    EXPECT_EQ(nameBeforeTitle(QStringLiteral("a.org")), u"a.org");
+    EXPECT_EQ(nameBeforeTitle(QString()), u"");
+}
+
 } // namespace
 } // namespace tollivar::fetch

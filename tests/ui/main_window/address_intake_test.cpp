@@ -206,6 +206,19 @@ TEST_F(TollivarDlgTest, aRecordThatWasChosenQuicklyBecomesATaskWithoutADialog)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
+TEST_F(TollivarDlgTest, aChosenRecordWithoutATitleIsCalledByItsWatchPage)
+{
+    CTollivarDlg &window = open();
+    CapturedMedia media;
+    media.task.strOriURL = u"http://www.youtube.com/watch?v=harbour-1234"_s;
+    media.task.strDownloadUrl = u"http://media.example/clip.mp4"_s;
+    m_world.captured = {media};
+    m_world.settings().SetLastFolder(m_world.sandbox().path());
+    window.intake().addCapturedRecord(u"the record"_s);
+    ASSERT_EQ(m_world.manager().visibleCount(), 1);
+    EXPECT_EQ(m_world.manager().workerAt(0)->record().strOutputName, u"harbour-1234"_s);
+}
+
 TEST_F(TollivarDlgTest, theBrowserAsksUnlessShiftOrItsKeyIsPressed)
 {
     CTollivarDlg &window = open();
