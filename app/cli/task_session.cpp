@@ -29,6 +29,11 @@ TaskSession::TaskSession(Engine &engine, TaskView &view) : m_engine(engine), m_v
     m_engine.onEvent([this](std::uint32_t id, TaskEventCode code) { handleEvent(id, code); });
 }
 
+TaskSession::~TaskSession()
+{
+    m_engine.onEvent({});
+}
+
 bool TaskSession::add(const tasks::TaskInfo &task)
 {
     const std::uint32_t id = m_engine.manager().addTask(task, tasks::TaskOrigin::New);
@@ -108,7 +113,15 @@ void TaskSession::reportEnd(std::uint32_t taskId)
         m_hasFailure = true;
         report(ReportKind::Failed, taskId, whyItFailed(worker));
         break;
-    default:
+    case TaskState::New:
+    case TaskState::Waiting:
+    case TaskState::ResolvingPage:
+    case TaskState::TakingTitle:
+    case TaskState::Downloading:
+    case TaskState::Stopped:
+    case TaskState::Stopping:
+    case TaskState::StoppingToRestart:
+    case TaskState::Removed:
         report(ReportKind::Stopped, taskId, QStringLiteral("Stopped"));
         break;
     }

@@ -11,13 +11,18 @@
 
 namespace tollivar::app {
 
-/// Runs tasks to their end, conversion included, and reports them to a view: what `download` and `run` share.
+/// Runs tasks to their end, conversion included, and reports them to a view: what `download` and
+/// `run` share.
 ///
 /// Threads: the main thread, whose event loop wait() runs.
 class TaskSession {
 public:
     /// Both are borrowed and must outlive the session.
     TaskSession(Engine &engine, TaskView &view);
+    /// What the engine still has to tell is no longer heard.
+    ~TaskSession();
+    TaskSession(const TaskSession &) = delete;
+    TaskSession &operator=(const TaskSession &) = delete;
 
     /// Stores a new task and starts or queues it. False when it could not be stored: the database's
     /// notifier has told why.
