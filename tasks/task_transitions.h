@@ -52,9 +52,16 @@ namespace internal {
         return begun;
     case TaskState::Stopping:
         return {TaskState::StoppingToRestart, TaskAction::None};
-    default:
-        return unchanged(state);
+    case TaskState::Started:
+    case TaskState::Waiting:
+    case TaskState::ResolvingPage:
+    case TaskState::TakingTitle:
+    case TaskState::Downloading:
+    case TaskState::StoppingToRestart:
+    case TaskState::Removed:
+        break;
     }
+    return unchanged(state);
 }
 
 [[nodiscard]] constexpr TaskTransition afterStop(TaskState state)
@@ -69,9 +76,15 @@ namespace internal {
         return {TaskState::Stopping, TaskAction::None};
     case TaskState::Waiting:
         return {TaskState::Stopped, TaskAction::None};
-    default:
-        return unchanged(state);
+    case TaskState::New:
+    case TaskState::Failed:
+    case TaskState::Completed:
+    case TaskState::Stopped:
+    case TaskState::Stopping:
+    case TaskState::Removed:
+        break;
     }
+    return unchanged(state);
 }
 
 /// `ended` is what becomes of a task of which no stop was asked.

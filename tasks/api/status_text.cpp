@@ -37,7 +37,7 @@ QString twoDecimals(double number)
 StatusText statusText(int code, std::int64_t value)
 {
     const auto ordinary = [](const QString &text) { return StatusText{text, kOrdinaryKind}; };
-    switch (code) {
+    switch (static_cast<StatusCode>(code)) {
     case StatusCode::Idle:
         return ordinary(u"-"_s);
     case StatusCode::ParsingAddress:
@@ -64,9 +64,8 @@ StatusText statusText(int code, std::int64_t value)
     case StatusCode::DownloadingUnknownSize:
         return ordinary(u"Downloading - %1MB"_s.arg(
             twoDecimals(static_cast<double>(value) / kBytesPerMegabyte)));
-    default:
-        return ordinary(QString());
     }
+    return ordinary(QString());
 }
 
 } // namespace tollivar::tasks
