@@ -7,7 +7,6 @@ namespace tollivar::platform {
 /// Numbers of the application messages. Companion programs and threads send them: never renumber.
 enum class AppMessageId : quint32 {
     AddressReady = 0x8008,      ///< drop zone (first = 0) or clipboard watch (first = 1)
-    TrayCallback = 0x800C,      ///< something happened on the tray icon
     CapturedTexts = 0x8014,     ///< the capture browser handed texts over
     TaskEvent = 0x8015,         ///< a worker reports; see tasks/api/task_event.h
     FlashNote = 0x8017,         ///< show or clear the flash-player note

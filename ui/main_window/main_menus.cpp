@@ -77,17 +77,17 @@ void MainMenus::fillLanguages(QMenu &popup) const
 
 void MainMenus::addProfiles(const Profiles &profiles, const Convert &convert)
 {
-    m_profiles = m_list.addMenu(QString());
-    QObject::connect(&m_list, &QMenu::aboutToShow, m_profiles, [this, profiles, convert] {
+    QMenu *popup = m_list.addMenu(QString());
+    QObject::connect(&m_list, &QMenu::aboutToShow, popup, [this, popup, profiles, convert] {
         const QString title = m_texts.dialog(u"DIALOG_ADDTASK"_s, u"textProfile"_s);
-        m_profiles->setTitle(title.isEmpty() ? u"Convert to"_s : title);
-        m_profiles->clear();
+        popup->setTitle(title.isEmpty() ? u"Convert to"_s : title);
+        popup->clear();
         const QStringList names = profiles();
         for (const QString &name : names) {
-            m_profiles->addAction(QString(name).replace(u'&', u"&&"_s),
-                                  [convert, name] { convert(name); });
+            popup->addAction(QString(name).replace(u'&', u"&&"_s),
+                             [convert, name] { convert(name); });
         }
-        m_profiles->setEnabled(!names.isEmpty());
+        popup->setEnabled(!names.isEmpty());
     });
 }
 
@@ -96,19 +96,6 @@ void MainMenus::addCopyDetails(const std::function<void()> &copy)
     QAction *action = m_list.addAction(QString(), copy);
     QObject::connect(&m_list, &QMenu::aboutToShow, action,
                      [this, action] { action->setText(m_texts.text(u"strCopyDetails"_s)); });
-}
-
-QAction *MainMenus::action(int command) const
-{
-    for (const QMenu *menu : {&m_help, &m_list, &m_tray}) {
-        const auto actions = menu->actions();
-        for (QAction *action : actions) {
-            if (action->data().toInt() == command) {
-                return action;
-            }
-        }
-    }
-    return nullptr;
 }
 
 } // namespace tollivar::ui

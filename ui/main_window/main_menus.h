@@ -31,10 +31,6 @@ public:
     [[nodiscard]] QMenu &tray() { return m_tray; }
     /// Ends the list's menu with the entry that copies what a question about a task needs.
     void addCopyDetails(const std::function<void()> &copy);
-    /// The entry of a command in any of the menus; null when there is none.
-    [[nodiscard]] QAction *action(int command) const;
-    /// The choice of profiles; null before addProfiles().
-    [[nodiscard]] QMenu *profiles() const { return m_profiles; }
 
 private:
     void fill(QMenu &menu, const language::MenuTable &table, const Command &command);
@@ -45,7 +41,6 @@ private:
     QMenu m_help;
     QMenu m_list;
     QMenu m_tray;
-    QMenu *m_profiles = nullptr;
 };
 
 } // namespace tollivar::ui
