@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+
 namespace tollivar::app {
 namespace {
 
@@ -16,19 +19,29 @@ protected:
         m_desktop.startTray();
         m_window = start();
         waitUntilActive(m_window);
+        test::waitUntil("the icon", [this] {
+            return hasWindow(
+                [this](const QString &window) { return m_desktop.place(window).contains(kIcon); });
+        });
     }
 
-    void rightClickIcon() const { m_desktop.click({11, 1'004}, 3); }
+    void rightClickIcon() const { m_desktop.click(kIcon, 3); }
     void clickDesktop() const { m_desktop.click({1'270, 900}); }
-    bool isOpen() const
+    /// Whether one of the program's windows on the screen is such.
+    bool hasWindow(const std::function<bool(const QString &window)> &isSuch) const
     {
         const auto windows =
             m_desktop.ask({u"search"_s, u"--onlyvisible"_s, u"--class"_s, u"^Tollivar$"_s})
                 .split('\n');
+        return std::any_of(windows.begin(), windows.end(), [&isSuch](const QByteArray &window) {
+            return !window.isEmpty() && isSuch(QString::fromLatin1(window));
+        });
+    }
+    bool isOpen() const
+    {
         // Nobody manages it, as nobody does the icon and its tip; but those are small.
         constexpr int kSmall = 100;
-        return std::any_of(windows.begin(), windows.end(), [this](const QByteArray &found) {
-            const QString window = QString::fromLatin1(found);
+        return hasWindow([this](const QString &window) {
             return m_desktop.property(window, u"WM_STATE"_s).contains("not found") &&
                    m_desktop.place(window).height() > kSmall;
         });
@@ -48,6 +61,7 @@ protected:
         waitUntilGone(kMainWindow);
     }
 
+    static constexpr QPoint kIcon{11, 1'004};
     QString m_window;
 };
 
@@ -75,11 +89,17 @@ TEST_F(TrayMenu, opensAndClosesTheSameWhileTheWindowIsHidden)
     end();
 }
 
-TEST_F(TrayMenu, itsFirstEntryHidesTheWindowAndBringsItBack)
+TEST_F(TrayMenu, itsFirstEntryHidesTheWindow)
 {
     openMenu();
     m_desktop.act({u"key"_s, u"Down"_s, u"Return"_s});
     waitUntilGone(kMainWindow);
+    end();
+}
+
+TEST_F(TrayMenu, itsFirstEntryBringsAHiddenWindowBack)
+{
+    hideWindow();
     openMenu();
     m_desktop.act({u"key"_s, u"Down"_s, u"Return"_s});
     waitUntilActive(m_desktop.waitForWindow(kMainWindow));
