@@ -23,8 +23,9 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenLists{200};
 
-template<typename Shared>
-void lookOn(Shared &shared, const QString &address)
+} // namespace
+
+void BrowserThread::lookOn(Shared &shared, const QString &address)
 {
     const auto browser = capture::startBrowser(capture::BrowserFace::Shown);
     if (!browser) {
@@ -48,19 +49,40 @@ void lookOn(Shared &shared, const QString &address)
             next = Clock::now() + kBetweenLists;
         }
     }
-    shared.link.post([](BrowserThread &thread) { Q_EMIT thread.browserEnded(); });
+    if (!shared.stop.isSet()) {
+        shared.link.post([](BrowserThread &thread) { Q_EMIT thread.browserEnded(); });
+    }
 }
-
-} // namespace
 
 BrowserThread::BrowserThread(const QString &address)
     : m_shared(std::make_shared<Shared>(*this))
-    , m_thread([shared = m_shared, address] { lookOn(*shared, address); })
+    , m_thread([shared = m_shared, address] {
+        lookOn(*shared, address);
+        shared->link.post([](BrowserThread &thread) { thread.tellGone(); });
+    })
 {
     if (!m_thread.resume()) {
         m_shared->link.post([](BrowserThread &thread) {
             Q_EMIT thread.browserMissing(tr("The system has no thread left to run a browser."));
+            thread.tellGone();
         });
+    }
+}
+
+void BrowserThread::tellGone()
+{
+    m_isGone = true;
+    Q_EMIT gone();
+}
+
+void BrowserThread::end()
+{
+    m_shared->stop.set();
+    disconnect(this, &BrowserThread::mediaChanged, nullptr, nullptr);
+    disconnect(this, &BrowserThread::browserEnded, nullptr, nullptr);
+    disconnect(this, &BrowserThread::browserMissing, nullptr, nullptr);
+    if (m_isGone) {
+        QMetaObject::invokeMethod(this, &BrowserThread::gone, Qt::QueuedConnection);
     }
 }
 

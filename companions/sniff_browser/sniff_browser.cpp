@@ -54,11 +54,23 @@ void SniffBrowser::download(const std::vector<capture::MediaFound> &media)
 
 void SniffBrowser::forget()
 {
-    // The profile goes with the browser.
-    m_browser.reset();
+    if (m_isForgetting) {
+        return;
+    }
+    m_isForgetting = true;
     m_panel.setMedia({});
-    m_panel.setStatus(tr("Everything is forgotten."));
-    open({});
+    m_panel.setStatus(tr("Closing the browser..."));
+    // Queued, as the one that tells it is replaced.
+    connect(
+        m_browser.get(), &BrowserThread::gone, this,
+        [this] {
+            m_isForgetting = false;
+            m_panel.setStatus(tr("Everything is forgotten."));
+            open({});
+        },
+        Qt::QueuedConnection);
+    // The profile goes with the browser.
+    m_browser->end();
 }
 
 } // namespace tollivar::sniff

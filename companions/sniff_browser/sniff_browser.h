@@ -11,7 +11,9 @@ namespace tollivar::sniff {
 
 /// The capture browser: browser and panel, joined. Either one's end is the other's.
 ///
-/// Threads: the main thread.
+/// Threads: the main thread, which waits for the browser at its own end only.
+/// Owns:    panel, browser and the sender of what is chosen.
+/// States:  ended() once the panel is closed or the browser has ended by itself.
 class SniffBrowser : public QObject {
     Q_OBJECT
 
@@ -29,11 +31,13 @@ Q_SIGNALS:
 private:
     void open(const QString &address);
     void download(const std::vector<capture::MediaFound> &media);
+    /// Ends the browser; a new one follows when nothing of it is left.
     void forget();
 
     MediaPanel m_panel;
     RecordSender m_sender;
     std::unique_ptr<BrowserThread> m_browser;
+    bool m_isForgetting = false;
 };
 
 } // namespace tollivar::sniff
