@@ -84,6 +84,11 @@ void CSettingsDialog::fill()
     }
     fillNumber("cbSimDownloads"_L1, m_copy.m_nMaxSimDownloads, 1);
     fillNumber("cbRetryTime"_L1, m_copy.m_nMaxRetry, 0);
+    if (m_copy.m_nCheckUpdate < 0 || m_copy.m_nCheckUpdate > kNever) {
+        // As with the numbers: what the list does not know is shown, and stays unless changed.
+        control<QComboBox>("cbUpdatesMode"_L1)
+            .addItem(QString::number(m_copy.m_nCheckUpdate), m_copy.m_nCheckUpdate);
+    }
     showUpdateMode(m_copy.m_nCheckUpdate);
 }
 
@@ -107,7 +112,9 @@ void CSettingsDialog::showUpdateMode(int mode)
     const QSignalBlocker quiet(box);
     box.setChecked(isOn);
     auto &list = control<QComboBox>("cbUpdatesMode"_L1);
-    list.setCurrentIndex(mode >= 0 && mode < list.count() ? mode : -1);
+    const int unknown = list.findData(mode);
+    const int known = mode >= 0 && mode <= kNever && mode < list.count() ? mode : -1;
+    list.setCurrentIndex(unknown >= 0 ? unknown : known);
     list.setEnabled(isOn);
     const auto *items = qobject_cast<QStandardItemModel *>(list.model());
     // A person's skin may list fewer modes.
@@ -159,7 +166,9 @@ void CSettingsDialog::handleChoice(const QString &name)
     } else if (name == "cbRetryTime"_L1) {
         m_copy.m_nMaxRetry = control<QComboBox>("cbRetryTime"_L1).currentText().toInt();
     } else if (name == "cbUpdatesMode"_L1) {
-        showUpdateMode(control<QComboBox>("cbUpdatesMode"_L1).currentIndex());
+        const auto &list = control<QComboBox>("cbUpdatesMode"_L1);
+        const QVariant unknown = list.currentData();
+        showUpdateMode(unknown.isValid() ? unknown.toInt() : list.currentIndex());
     }
 }
 

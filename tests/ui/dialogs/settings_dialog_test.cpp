@@ -139,20 +139,34 @@ TEST_F(SettingsDialogTest, aNumberBeyondTheListIsShownAndKept)
     EXPECT_EQ(stored().m_nMaxRetry, -2);
 }
 
-TEST_F(SettingsDialogTest, anUpdateModeWithoutANameIsKeptUntilAnotherIsChosen)
+TEST_F(SettingsDialogTest, anUpdateModeBeyondTheListIsShownAndKept)
 {
-    for (const int mode : {77, -1}) {
+    for (const int mode : {-1, 4, 77}) {
         m_world.settings().setNumber(settings::keys::kCheckUpdate, mode);
         open();
-        EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), -1);
+        EXPECT_EQ(list(u"cbUpdatesMode"_s).currentText(), QString::number(mode));
         EXPECT_TRUE(list(u"cbUpdatesMode"_s).isEnabled());
+        EXPECT_TRUE(box(u"chkUpdates"_s).isChecked());
         click(u"btnOK"_s);
         EXPECT_EQ(stored().m_nCheckUpdate, mode);
+        choose(u"cbUpdatesMode"_s, 2);
+        choose(u"cbUpdatesMode"_s, 4);
+        click(u"btnOK"_s);
+        EXPECT_EQ(stored().m_nCheckUpdate, mode);
+        choose(u"cbUpdatesMode"_s, 0);
+        click(u"btnOK"_s);
+        EXPECT_EQ(stored().m_nCheckUpdate, 0);
     }
-    open();
-    choose(u"cbUpdatesMode"_s, 2);
-    click(u"btnOK"_s);
-    EXPECT_EQ(stored().m_nCheckUpdate, 2);
+}
+
+TEST_F(SettingsDialogTest, aModeThatTheListKnowsGetsNoEntryOfItsOwn)
+{
+    for (const int mode : {0, 1, 2, 3}) {
+        m_world.settings().setNumber(settings::keys::kCheckUpdate, mode);
+        open();
+        EXPECT_EQ(list(u"cbUpdatesMode"_s).count(), 4);
+        EXPECT_EQ(list(u"cbUpdatesMode"_s).currentIndex(), mode);
+    }
 }
 
 TEST_F(SettingsDialogTest, whatIsChangedSurvivesTheDialogAndShowsInTheNext)
