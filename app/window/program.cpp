@@ -12,7 +12,6 @@
 #include "platform/paths.h"
 #include "platform/single_instance.h"
 #include "settings/general_options.h"
-#include "ui/dialogs/cant_play_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
 #include "ui/skin/paint_manager.h"
 
@@ -116,11 +115,7 @@ ui::WindowServices Program::windowServices()
                                                    m_conversions.failure(task)};
             },
         .stopConversion = [this](std::uint32_t task) { m_conversions.stop(task); },
-        .wantsFlashNote =
-            [this] {
-                return !m_settings.flag(settings::keys::kNoRemindFlashVersion) &&
-                       !ui::isNewEnough(m_flash);
-            },
+        .wantsFlashNote = [this] { return m_playerHelp.isNoteWanted(); },
     };
 }
 
@@ -136,7 +131,12 @@ void Program::connectWindow()
     QObject::connect(window, &CTollivarDlg::settingsWanted, window, [this] { openSettings(); });
     QObject::connect(window, &CTollivarDlg::updateCheckWanted, window,
                      [this] { m_updates->checkNow(); });
-    QObject::connect(window, &CTollivarDlg::playerHelpWanted, window, [this] { showPlayerHelp(); });
+    QObject::connect(window, &CTollivarDlg::playerHelpWanted, window,
+                     [this] { m_playerHelp.show(*m_window); });
+    QObject::connect(&m_playerHelp, &PlayerHelp::upgradeWanted, window,
+                     [] { openInBrowser(QString(platform::build::kFlashPage)); });
+    QObject::connect(&m_playerHelp, &PlayerHelp::choiceStored, window,
+                     [this] { m_window->port().post(platform::AppMessageId::FlashNote, 0, 0); });
     QObject::connect(window, &CTollivarDlg::taskCompleted, window,
                      [this](const tasks::TaskInfo &task, std::uint32_t id) {
                          m_notes.tell(task);
@@ -217,18 +217,6 @@ void Program::applyOptions()
     m_window->applyOptions();
     m_dropZone->applyOptions(options);
     m_updates->setMode(options.m_nCheckUpdate);
-}
-
-void Program::showPlayerHelp()
-{
-    const ui::WindowTexts texts = windowTexts();
-    auto *dialog =
-        new ui::CCantPlayDlg(m_window.get(), m_settings, texts, platform::flashPlayerVersion());
-    QObject::connect(dialog, &ui::CCantPlayDlg::upgradeWanted, m_window.get(),
-                     [] { openInBrowser(QString(platform::build::kFlashPage)); });
-    QObject::connect(dialog, &ui::CCantPlayDlg::choiceStored, m_window.get(),
-                     [this] { m_window->port().post(platform::AppMessageId::FlashNote, 0, 0); });
-    dialog->show();
 }
 
 bool Program::convert(const QString &path)

@@ -9,8 +9,8 @@
 #include "app/window/completion_notes.h"
 #include "app/window/drop_zone.h"
 #include "app/window/handed_over.h"
+#include "app/window/player_help.h"
 #include "app/window/updates.h"
-#include "platform/flash_version.h"
 #include "platform/interrupt.h"
 #include "settings/options_manager.h"
 #include "settings/settings_store.h"
@@ -47,7 +47,6 @@ private:
     void applyOptions();
     /// The capture browser whose choices become tasks without a question; one at a time.
     void openQuickBrowser();
-    void showPlayerHelp();
     bool convert(const QString &path);
     void tellMissingBrowser();
     /// Tells once what is wrong with the skin.
@@ -60,7 +59,8 @@ private:
     DataPaths m_paths;
     settings::COptionsManager m_options;
     language::Languages m_languages;
-    platform::FlashVersion m_flash = platform::flashPlayerVersion();
+    PlayerHelp m_playerHelp{m_settings, windowTexts(),
+                            [] { return platform::flashPlayerVersion(); }};
     Conversions m_conversions{[this](std::uint32_t task) { m_window->redrawTask(task); }};
     std::unique_ptr<ui::CTollivarDlg> m_window;
     CompletionNotes m_notes;
