@@ -11,7 +11,7 @@ inline constexpr qint64 kMaximumInfoBytes = 256LL * 1024;
 /// What an update information file says; docs/formats/update-info.md describes it. Texts are from
 /// outside, and shown as text alone.
 struct UpdateInfo {
-    QString version;     ///< the newest one, "0.0.0.0" when missing
+    QString version;     ///< the newest one, digits and dots; "0.0.0.0" when missing
     QString releaseDate; ///< as written
     QString changes;     ///< with real line breaks
     QString page; ///< where to download it; the program's own page unless it is a web address
@@ -27,9 +27,9 @@ struct UpdateInfo {
 /// Writes it, and leaves everything else as it is.
 void storeCheckTime(const QString &path, const QDateTime &time);
 
-/// The question whether a new version is wanted. It is worded a little differently when the version
-/// is news, and when it was noticed before.
-enum class Notice { First, Again };
-[[nodiscard]] QString updateQuestion(const UpdateInfo &info, Notice notice);
+/// The question whether a new version is wanted: `form` with the version in place of "%1" and the
+/// changes in place of "%2". Of those only so much is shown as every screen has room for; a line
+/// with an ellipsis stands for the rest.
+[[nodiscard]] QString updateQuestion(const UpdateInfo &info, const QString &form);
 
 } // namespace tollivar::update

@@ -51,22 +51,22 @@ void openInPlayer(const QString &path)
 
 } // namespace
 
-Program::Program(Engine &engine, settings::SettingsStore settings, DataPaths paths)
+Program::Program(Engine &engine, settings::SettingsStore settings, language::Languages &languages,
+                 DataPaths paths)
     : m_engine(engine)
     , m_settings(std::move(settings))
     , m_paths(std::move(paths))
     , m_options(m_settings)
-    , m_languages(m_settings, platform::programDirectory() + u"/Language"_s)
+    , m_languages(languages)
     , m_notes(windowTexts().dialog)
 {
     m_options.LoadAll();
-    m_languages.load();
     m_window = std::make_unique<CTollivarDlg>(windowServices());
     m_engine.onEvent([this](std::uint32_t task, tasks::TaskEventCode code) {
         m_window->onTaskEvent(task, code);
     });
     m_dropZone = std::make_unique<DropZone>(*m_window, m_settings, windowTexts().text);
-    m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts().dialog);
+    m_updates = std::make_unique<Updates>(*m_window, m_paths, windowTexts());
     connectWindow();
     connectCompanions();
     applyOptions();

@@ -26,11 +26,12 @@ namespace tollivar::app {
 /// and what happens outside reaches the window.
 ///
 /// Threads: the main thread.
-/// Owns:    the window and everything beside it but the engine, which is borrowed.
+/// Owns:    the window and everything beside it but engine and languages, which are borrowed.
 /// States:  start(), then an event loop, which leaving the program ends, then shutDown().
 class Program {
 public:
-    Program(Engine &engine, settings::SettingsStore settings, DataPaths paths);
+    Program(Engine &engine, settings::SettingsStore settings, language::Languages &languages,
+            DataPaths paths);
     ~Program();
     Program(const Program &) = delete;
     Program &operator=(const Program &) = delete;
@@ -58,7 +59,7 @@ private:
     settings::SettingsStore m_settings;
     DataPaths m_paths;
     settings::COptionsManager m_options;
-    language::Languages m_languages;
+    language::Languages &m_languages;
     PlayerHelp m_playerHelp{m_settings, windowTexts(),
                             [] { return platform::flashPlayerVersion(); }};
     Conversions m_conversions{[this](std::uint32_t task) { m_window->redrawTask(task); }};

@@ -1,6 +1,8 @@
 #include "app/window/tollivar_app.h"
 
 #include "app/engine.h"
+#include "app/language/button_texts.h"
+#include "app/language/languages.h"
 #include "app/manager_options.h"
 #include "app/second_start.h"
 #include "app/window/program.h"
@@ -42,7 +44,8 @@ void chooseSkin()
 }
 
 /// The stored tasks, once nobody else works with them; null when the person gives up.
-std::unique_ptr<Engine> openEngine(const DataPaths &paths, const EngineOptions &options)
+std::unique_ptr<Engine> openEngine(const DataPaths &paths, const language::Languages &languages,
+                                   const EngineOptions &options)
 {
     for (;;) {
         auto engine = Engine::create(options);
@@ -54,8 +57,7 @@ std::unique_ptr<Engine> openEngine(const DataPaths &paths, const EngineOptions &
             return nullptr;
         }
         const auto answer = QMessageBox::question(
-            nullptr, kProgramName,
-            u"A tollivar-cli works with the tasks in %1. Try again?"_s.arg(paths.directory),
+            nullptr, kProgramName, languages.text(u"strMsgTasksInUse"_s).arg(paths.directory),
             QMessageBox::Retry | QMessageBox::Cancel);
         if (answer != QMessageBox::Retry) {
             return nullptr;
@@ -104,16 +106,21 @@ bool CTollivarApp::InitInstance()
 void CTollivarApp::runMainWindow(const DataPaths &paths)
 {
     const settings::SettingsStore settings(paths.settings);
+    language::Languages languages(settings, platform::programDirectory() + u"/Language"_s);
+    languages.load();
+    const language::ButtonTexts buttons(
+        [&languages](const QString &id) { return languages.text(id); });
     TroubleNotes notes;
     const auto engine =
-        openEngine(paths, {.databasePath = paths.tasks,
-                           .legacyListPath = paths.legacyTasks,
-                           .manager = managerOptions(settings),
-                           .notifier = [&notes](const QString &text) { notes.tell(text); }});
+        openEngine(paths, languages,
+                   {.databasePath = paths.tasks,
+                    .legacyListPath = paths.legacyTasks,
+                    .manager = managerOptions(settings),
+                    .notifier = [&notes](const QString &text) { notes.tell(text); }});
     if (!engine) {
         return;
     }
-    Program program(*engine, settings, paths);
+    Program program(*engine, settings, languages, paths);
     program.start(d->arguments);
     QApplication::exec();
     program.shutDown();

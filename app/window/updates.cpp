@@ -18,8 +18,6 @@ using update::UpdateResult;
 
 namespace {
 
-const QString kTitle = u"Tollivar Updater"_s;
-
 QString serverAddress()
 {
     const QString given = qEnvironmentVariable("TOLLIVAR_UPDATE_URL");
@@ -28,7 +26,7 @@ QString serverAddress()
 
 } // namespace
 
-Updates::Updates(QWidget &owner, const DataPaths &paths, ui::DialogTexts texts)
+Updates::Updates(QWidget &owner, const DataPaths &paths, ui::WindowTexts texts)
     : m_owner(owner)
     , m_texts(std::move(texts))
     , m_lastCheck(update::lastCheckTime(paths.update))
@@ -56,7 +54,7 @@ void Updates::setMode(int mode)
 
 void Updates::checkNow()
 {
-    m_checking = std::make_unique<ui::CheckingDialog>(&m_owner, m_texts);
+    m_checking = std::make_unique<ui::CheckingDialog>(&m_owner, m_texts.dialog);
     m_checking->show();
     m_checker->check(CheckKind::Explicit);
 }
@@ -82,14 +80,14 @@ void Updates::take(const platform::AppMessage &message)
         break;
     case UpdateResult::NoUpdate:
         if (isAwaited) {
-            QMessageBox::information(&m_owner, kTitle, u"There is no new update available."_s);
+            QMessageBox::information(&m_owner, m_texts.text(u"strUpdater"_s),
+                                     m_texts.text(u"strMsgNoUpdate"_s));
         }
         break;
     case UpdateResult::Unreachable:
         if (isAwaited) {
-            QMessageBox::warning(&m_owner, kTitle,
-                                 u"Can not connect to the server, please check your network "
-                                 u"connection."_s);
+            QMessageBox::warning(&m_owner, m_texts.text(u"strUpdater"_s),
+                                 m_texts.text(u"strMsgNoServer"_s));
         }
         break;
     }
@@ -98,13 +96,13 @@ void Updates::take(const platform::AppMessage &message)
 void Updates::ask(UpdateResult result)
 {
     const auto info = m_checker->noticed();
-    const auto notice =
-        result == UpdateResult::News ? update::Notice::First : update::Notice::Again;
-    QMessageBox box(QMessageBox::Question, kTitle, {}, QMessageBox::Yes | QMessageBox::No,
-                    &m_owner);
+    const QString form =
+        m_texts.text(result == UpdateResult::News ? u"strMsgUpdateNews"_s : u"strMsgUpdateKnown"_s);
+    QMessageBox box(QMessageBox::Question, m_texts.text(u"strUpdater"_s), {},
+                    QMessageBox::Yes | QMessageBox::No, &m_owner);
     // The answer is from outside, and nothing but text.
     box.setTextFormat(Qt::PlainText);
-    box.setText(update::updateQuestion(info, notice));
+    box.setText(update::updateQuestion(info, form));
     if (box.exec() == QMessageBox::Yes) {
         platform::openAddress(info.page);
     }

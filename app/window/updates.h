@@ -2,7 +2,7 @@
 
 #include "app/data_directory.h"
 #include "platform/message_port.h"
-#include "ui/dialog/dialog_texts.h"
+#include "ui/dialogs/window_texts.h"
 #include "update/update_checker.h"
 
 #include <QDateTime>
@@ -25,7 +25,7 @@ namespace tollivar::app {
 class Updates {
 public:
     /// Windows belong to `owner`, which is borrowed.
-    Updates(QWidget &owner, const DataPaths &paths, ui::DialogTexts texts);
+    Updates(QWidget &owner, const DataPaths &paths, ui::WindowTexts texts);
     ~Updates();
     Updates(const Updates &) = delete;
     Updates &operator=(const Updates &) = delete;
@@ -42,7 +42,7 @@ private:
     void ask(update::UpdateResult result);
 
     QWidget &m_owner;
-    ui::DialogTexts m_texts;
+    ui::WindowTexts m_texts;
     /// Read before there is a checker, which has the file to itself.
     QDateTime m_lastCheck;
     platform::AppMessageInbox m_inbox;

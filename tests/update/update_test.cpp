@@ -119,15 +119,56 @@ TEST_F(UpdateInfoTest, whatElseThePersonsFileSaysOfChecksIsLeftAsItIs)
     EXPECT_EQ(file.read(u"Check", u"LastCheckTime"), u"2026-11-21 03:04:05"_s);
 }
 
-TEST_F(UpdateInfoTest, newsAndKnownVersionsAreAskedAboutWithOneBlankMoreOrLess)
+TEST_F(UpdateInfoTest, aVersionIsDigitsAndDotsAndNothingElse)
 {
-    const UpdateInfo info{u"2.0.0.0"_s, {}, u"a"_s, {}};
-    EXPECT_EQ(updateQuestion(info, Notice::First),
-              u"A new version(2.0.0.0) of Tollivar is available,would you like to download it "
-              u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
-    EXPECT_EQ(updateQuestion(info, Notice::Again),
-              u"A new version(2.0.0.0) of Tollivar is available, would you like to download it "
-              u"now?\r\n\r\nWhat's New?\r\na\r\n\r\nClick Yes to download, click No to cancel."_s);
+    const auto version = [this](const QByteArray &main) {
+        return read("[Version]\nMain=" + main + '\n').version;
+    };
+    EXPECT_EQ(version("2.1.0.0beta"), u"2.1.0.0"_s);
+    EXPECT_EQ(version("2.1<b>.0.0</b>"), u"2.1"_s);
+    EXPECT_EQ(version("2.1.0.0\t9"), u"2.1.0.0"_s);
+    EXPECT_EQ(version("-5.0.0.0"), u"0.0.0.0"_s);
+    EXPECT_EQ(version("<b>"), u"0.0.0.0"_s);
+    EXPECT_EQ(version("\xD9\xA3.0"), u"0.0.0.0"_s) << "digits of another script";
+    EXPECT_EQ(version(QByteArray(30'000, '9')), QString(43, u'9'));
+}
+
+TEST(UpdateQuestion, hasVersionAndChangesInTheirPlaces)
+{
+    const UpdateInfo info{u"2.0.0.0"_s, {}, u"a\r\nb %1"_s, {}};
+    EXPECT_EQ(updateQuestion(info, u"(%1)\r\n%2\r\nYes?"_s), u"(2.0.0.0)\r\na\r\nb %1\r\nYes?"_s);
+}
+
+TEST(UpdateQuestion, showsAsManyChangesAsAScreenHasRoomFor)
+{
+    const auto shown = [](const QString &changes) {
+        return updateQuestion({u"1"_s, {}, changes, {}}, u"%2"_s);
+    };
+    const QString twenty = u"x\r\n"_s.repeated(19) + u'x';
+    EXPECT_EQ(shown(twenty), twenty);
+    EXPECT_EQ(shown(twenty + u"\r\n"_s), twenty + u"\r\n\u2026"_s);
+    EXPECT_EQ(shown(u"x\r\n"_s.repeated(10'000)), twenty + u"\r\n\u2026"_s);
+    const QString full(1'200, u'x');
+    EXPECT_EQ(shown(full), full);
+    EXPECT_EQ(shown(full + u'x'), full + u"\r\n\u2026"_s);
+    // Two rows and their line, thrice, and so on.
+    EXPECT_EQ(shown(QString(61, u'x') + u"\r\n"_s + QString(30'000, u'y')),
+              QString(61, u'x') + u"\r\n"_s + QString(18 * 60, u'y') + u"\r\n\u2026"_s);
+    EXPECT_EQ(shown(QString(30'000, u'\u65B0')), QString(600, u'\u65B0') + u"\r\n\u2026"_s);
+    // No half of a character is left.
+    const QString smile = u"\U0001F600"_s;
+    EXPECT_EQ(shown(u'x' + smile.repeated(2'000)), u'x' + smile.repeated(599) + u"\r\n\u2026"_s);
+}
+
+TEST(UpdateQuestion, showsNothingThatDisturbsItsSurroundings)
+{
+    const auto shown = [](const QString &changes) {
+        return updateQuestion({u"1"_s, {}, changes, {}}, u"%2"_s);
+    };
+    EXPECT_EQ(shown(u"a\u202Eb\u2066c\u0007d\u0000e"_s), u"abcde"_s);
+    EXPECT_EQ(shown(u"a\vb\fc\u2028d\u2029e\u0085f\rg\nh"_s),
+              u"a\r\nb\r\nc\r\nd\r\ne\r\nf\r\ng\r\nh"_s);
+    EXPECT_EQ(shown({}), QString());
 }
 
 } // namespace tollivar::update

@@ -74,7 +74,9 @@ void ProgramTest::start()
                                   .notifier = [](const QString &text) { qWarning() << text; }});
     ASSERT_TRUE(engine);
     m_engine = std::move(*engine);
-    m_program = std::make_unique<Program>(*m_engine, *m_settings, m_paths);
+    m_languages.emplace(*m_settings, m_sandbox.file(u"Language"_s));
+    m_languages->load();
+    m_program = std::make_unique<Program>(*m_engine, *m_settings, *m_languages, m_paths);
     m_program->start({});
 }
 

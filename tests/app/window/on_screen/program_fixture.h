@@ -2,6 +2,7 @@
 
 #include "app/data_directory.h"
 #include "app/engine.h"
+#include "app/language/languages.h"
 #include "app/window/program.h"
 #include "settings/settings_store.h"
 #include "tests/support/http_site.h"
@@ -50,6 +51,7 @@ protected:
 private:
     DataPaths m_paths;
     QString m_current;
+    std::optional<language::Languages> m_languages;
     std::unique_ptr<Engine> m_engine;
     std::unique_ptr<Program> m_program;
 };

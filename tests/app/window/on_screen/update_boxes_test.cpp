@@ -1,3 +1,4 @@
+#include "app/language/string_table.h"
 #include "app/window/updates.h"
 #include "platform/auto_reset_event.h"
 #include "platform/build_config.h"
@@ -65,7 +66,12 @@ protected:
                       .legacyTasks = {},
                       .tasks = {},
                       .installation = {}},
-            [](const QString &, const QString &) { return QString(); });
+            ui::WindowTexts{.text = [this](const QString &id) { return m_texts.text(id); },
+                            .dialog = [](const QString &, const QString &) { return QString(); },
+                            .menu = {},
+                            .languages = {},
+                            .currentLanguage = {},
+                            .applyLanguage = {}});
     }
     void play(test::HttpSite::Script script)
     {
@@ -127,6 +133,7 @@ protected:
     platform::AutoResetEvent m_goOn;
     test::HttpSite m_site;
     std::size_t m_requests = 0;
+    language::StringTable m_texts;
     test::BoxWatch m_boxes{QMessageBox::No};
     QWidget m_owner;
     std::unique_ptr<Updates> m_updates;
@@ -249,6 +256,47 @@ TEST_F(UpdateBoxes, aPageThatIsNotOfTheWebIsNotOpened)
     answer("9.1.0.0", "DownloadPage=file:///etc/passwd\r\n");
     checkNow();
     EXPECT_EQ(m_opener.waitForFirst(), QString(platform::build::kDownloadPage));
+}
+
+TEST_F(UpdateBoxes, aLongListOfChangesLeavesTheQuestionOnTheScreen)
+{
+    for (const QByteArray &changes :
+         {QByteArray(32'000, 'x'), QByteArray("x\\r\\n").repeated(5'000),
+          QByteArray("\xE6\x96\xB0").repeated(10'000), QByteArray("word ").repeated(6'000)}) {
+        m_sandbox.write(u"update.ini"_s, {});
+        answer("9.1.0.0" + QByteArray(30'000, '0'), "WhatsNew=" + changes + "\r\n");
+        m_boxes.onBox([](QMessageBox &box) {
+            box.adjustSize();
+            EXPECT_LE(box.height(), 700);
+            EXPECT_LE(box.width(), 1'100);
+            EXPECT_TRUE(box.text().contains(u"\r\n\u2026\r\n\r\nClick Yes"_s));
+        });
+        checkNow();
+    }
+    EXPECT_EQ(m_boxes.boxes().size(), 4U);
+}
+
+TEST_F(UpdateBoxes, speakTheChosenLanguage)
+{
+    m_texts.set(u"strUpdater"_s, u"Neuheiten"_s);
+    m_texts.set(u"strMsgUpdateNews"_s, u"%1 ist neu: %2"_s);
+    m_texts.set(u"strMsgUpdateKnown"_s, u"%1 ist bekannt: %2"_s);
+    m_texts.set(u"strMsgNoUpdate"_s, u"Nichts"_s);
+    m_texts.set(u"strMsgNoServer"_s, u"Niemand"_s);
+    answer("9.1.0.0", "WhatsNew=%1 %2\r\n");
+    checkNow();
+    checkNow();
+    answer("0.0.0.1");
+    checkNow();
+    play(test::answerStatus("404 Not Found"));
+    checkNow();
+    QStringList texts;
+    for (const Box &box : m_boxes.boxes()) {
+        EXPECT_EQ(box.title, u"Neuheiten"_s);
+        texts.append(box.text);
+    }
+    EXPECT_EQ(texts, (QStringList{u"9.1.0.0 ist neu: %1 %2"_s, u"9.1.0.0 ist bekannt: %1 %2"_s,
+                                  u"Nichts"_s, u"Niemand"_s}));
 }
 
 TEST_F(UpdateBoxes, markupFromTheServerIsShownAsText)
