@@ -13,6 +13,12 @@ constexpr std::chrono::minutes kUntilToldAgain{1};
 
 } // namespace
 
+TroubleNotes::~TroubleNotes()
+{
+    // It stands beside every window, so no parent takes it along.
+    delete m_note.data();
+}
+
 void TroubleNotes::tell(const QString &text)
 {
     const auto told = m_told.find(text);
@@ -34,6 +40,7 @@ void TroubleNotes::showNext()
                                  m_waiting.front(), QMessageBox::Ok);
     note->setAttribute(Qt::WA_DeleteOnClose);
     connect(note, &QDialog::finished, this, &TroubleNotes::forgetFirst);
+    m_note = note;
     note->open();
 }
 

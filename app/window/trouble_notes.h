@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
 #include <chrono>
 #include <map>
+
+class QMessageBox;
 
 namespace tollivar::app {
 
@@ -13,10 +16,16 @@ namespace tollivar::app {
 /// answer, and what goes wrong again and again is told once a minute.
 ///
 /// Threads: the main thread.
+/// Owns:    the note that shows, and takes it off the screen with itself.
 class TroubleNotes : public QObject {
     Q_OBJECT
 
 public:
+    TroubleNotes() = default;
+    ~TroubleNotes() override;
+    TroubleNotes(const TroubleNotes &) = delete;
+    TroubleNotes &operator=(const TroubleNotes &) = delete;
+
     /// Shown as soon as the event loop runs and the notes before it are closed.
     void tell(const QString &text);
 
@@ -24,7 +33,8 @@ private:
     void showNext();
     void forgetFirst();
 
-    QStringList m_waiting;
+    QPointer<QMessageBox> m_note;
+    QStringList m_waiting; ///< the first of them shows
     std::map<QString, std::chrono::steady_clock::time_point> m_told;
 };
 

@@ -56,5 +56,15 @@ TEST_F(TroubleNotesTest, whatWasJustToldIsNotToldAgain)
     EXPECT_EQ(next(), u"other"_s);
 }
 
+TEST_F(TroubleNotesTest, noNoteOutlivesWhoShowsThem)
+{
+    {
+        TroubleNotes notes;
+        notes.tell(u"disk full"_s);
+        test::waitUntil("a note", [] { return !shown().empty(); });
+    }
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
+}
+
 } // namespace
 } // namespace tollivar::app
