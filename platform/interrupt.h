@@ -9,7 +9,9 @@ namespace tollivar::platform {
 /// into a call on the main thread; a second request ends the process at once.
 ///
 /// Threads: made and destroyed on the main thread, at most one at a time; the handler runs there,
-///          from the event loop.
+///          from the event loop, once.
+/// Owns:    what those requests mean while it lives; their former meaning comes back afterwards.
+/// Errors:  none is told: without a free file descriptor the requests keep their former meaning.
 class InterruptWatch {
 public:
     /// `secondStatus` is the exit status when the person asks twice.

@@ -10,6 +10,8 @@ namespace tollivar::platform {
 /// Ctrl-C), and then ends it with status 143. Nothing helps when the process is killed outright.
 ///
 /// Threads: any, at most one at a time in a process.
+/// Errors:  none is told: a file that is not there, or cannot be removed, does not keep the process
+///          from its end.
 class RemoveOnEnd {
 public:
     /// Paths longer than the system allows are not taken.

@@ -8,6 +8,8 @@ namespace tollivar::player {
 
 /// A flat slider: a click takes it there at once, dragging follows the mouse, arrows step. What the
 /// person does to it is told by `moved`, what the program sets is not.
+///
+/// Threads: the main thread.
 class BarSlider final : public QSlider {
     Q_OBJECT
 

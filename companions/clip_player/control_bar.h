@@ -14,7 +14,8 @@ class BarSlider;
 /// The row of controls: play, position, length, sound, open, full screen. It shows a state and
 /// tells what the person wants; it changes nothing by itself.
 ///
-/// Units: seconds, percent.
+/// Threads: the main thread.
+/// Units:   seconds, percent.
 class ControlBar final : public QWidget {
     Q_OBJECT
 

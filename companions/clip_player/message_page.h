@@ -8,6 +8,8 @@ namespace tollivar::player {
 
 /// A page with an icon, one sentence and a quieter hint, in the middle. Texts are shown as they
 /// stand: no mark-up, no links.
+///
+/// Threads: the main thread.
 class MessagePage final : public QWidget {
     Q_OBJECT
 

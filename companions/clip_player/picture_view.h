@@ -6,7 +6,10 @@ namespace tollivar::player {
 
 class MediaPlayer;
 
-/// Shows the player's pictures, on black, as large as they fit. Borrows the player.
+/// Shows the player's pictures, on black, as large as they fit.
+///
+/// Threads: the main thread.
+/// Owns:    nothing; the player is borrowed and must outlive it.
 class PictureView final : public QWidget {
     Q_OBJECT
 

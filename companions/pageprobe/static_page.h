@@ -18,7 +18,8 @@ struct StaticPage {
 
 /// The media that a page's text names: media elements, player metadata, flash embeds and their
 /// variables, links to media files. Best first, each once; what the page itself plays comes before
-/// what it merely links to. A stream's list or one part of it is none of them. Pure; takes time in proportion to the page.
+/// what it merely links to. A stream's list or one part of it is none of them. Pure; takes time in
+/// proportion to the page.
 [[nodiscard]] std::vector<capture::MediaFound> readStaticPage(const StaticPage &page,
                                                               capture::MediaPreference preference);
 

@@ -9,6 +9,9 @@
 namespace tollivar::sniff {
 
 /// The media of a browsing person as a table, in the order in which they are given.
+///
+/// Threads: the main thread.
+/// Owns:    the media; what mediumAt() lends lasts until the next setMedia().
 class MediaModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -18,6 +21,7 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     void setMedia(std::vector<capture::MediaFound> media);
+    /// `row` is below rowCount().
     [[nodiscard]] const capture::MediaFound &mediumAt(int row) const
     {
         return m_media[static_cast<std::size_t>(row)];

@@ -15,6 +15,7 @@ namespace tollivar::ui {
 /// converted.
 ///
 /// Threads: the main thread.
+/// Owns:    the task that it describes; owner, settings and texts are borrowed and must outlive it.
 /// States:  exec() gives Accepted or Rejected; task() is complete after Accepted.
 class CAddTaskDlg final : public CUILibDialog {
     Q_OBJECT

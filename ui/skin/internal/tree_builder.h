@@ -13,7 +13,14 @@ class QWidget;
 
 namespace tollivar::DuiLib::internal {
 
-/// Turns one read skin file into widgets, and tells what it cannot.
+/// Turns one read skin file into widgets.
+///
+/// Threads: the main thread.
+/// Owns:    no widget: each belongs to its parent, the root to the window. The manager, which the
+///          controls tell their events, is borrowed and must outlive them.
+/// States:  one build() of a document whose root is a Window; windowLook() at any time.
+/// Errors:  what a file names and nobody knows is left out, and becomes one of the skin's problems
+///          (CPaintManagerUI::takeProblems()) with file and line.
 class TreeBuilder {
 public:
     TreeBuilder(QString fileName, CPaintManagerUI &manager);
