@@ -45,8 +45,9 @@ TaskInfo ordinaryTask(int number)
 std::unique_ptr<TaskDatabase> open(const QString &path)
 {
     auto opened = TaskDatabase::open(path, {}, {});
-    if (!opened)
+    if (!opened) {
         qFatal("%s", qPrintable(opened.error().text));
+    }
     return *std::move(opened);
 }
 
@@ -62,8 +63,9 @@ const QTemporaryDir &filledDirectory()
     static const bool isFilled = [] {
         const auto database = open(pathIn(directory));
         database->inTransaction([&database] {
-            for (int number = 0; number < kManyTasks; ++number)
+            for (int number = 0; number < kManyTasks; ++number) {
                 static_cast<void>(database->InsertTask(ordinaryTask(number)));
+            }
         });
         return true;
     }();
@@ -102,8 +104,9 @@ public:
 private:
     void check(int code)
     {
-        if (code != SQLITE_OK)
+        if (code != SQLITE_OK) {
             qFatal("%s", sqlite3_errmsg(m_handle));
+        }
     }
 
     sqlite3 *m_handle = nullptr;
@@ -142,9 +145,10 @@ void insertOne(benchmark::State &state)
     const auto database = open(pathIn(directory));
     Latencies latencies;
     int number = 0;
-    for ([[maybe_unused]] auto round : state)
+    for ([[maybe_unused]] auto round : state) {
         latencies.measure(
             [&] { benchmark::DoNotOptimize(database->InsertTask(ordinaryTask(++number))); });
+    }
     latencies.reportTo(state);
 }
 BENCHMARK(insertOne)->Iterations(2000);
@@ -155,8 +159,9 @@ void insertOneBare(benchmark::State &state)
     open(pathIn(directory)).reset();
     BareDatabase database(pathIn(directory));
     std::string sql = "INSERT INTO tasks2 VALUES(?";
-    for (std::size_t column = 1; column < kTaskColumnCount; ++column)
+    for (std::size_t column = 1; column < kTaskColumnCount; ++column) {
         sql += ",?";
+    }
     sqlite3_stmt *insert = database.prepare((sql + ")").c_str());
     Latencies latencies;
     int number = 0;
@@ -189,12 +194,13 @@ void updateOneColumn(benchmark::State &state)
     const auto durability = static_cast<Durability>(state.range(0));
     const auto database = open(pathIn(filledDirectory()));
     Latencies latencies;
-    for ([[maybe_unused]] auto round : state)
+    for ([[maybe_unused]] auto round : state) {
         latencies.measure([&] {
             const std::int32_t bytes = nextByteCount();
             database->UpdateInt(1 + bytes % kManyTasks, NumberColumn::DownloadSize, bytes,
                                 durability);
         });
+    }
     latencies.reportTo(state);
 }
 BENCHMARK(updateOneColumn)
@@ -206,17 +212,19 @@ BENCHMARK(updateOneColumn)
 void updateOneColumnBare(benchmark::State &state)
 {
     BareDatabase database(pathIn(filledDirectory()));
-    if (static_cast<Durability>(state.range(0)) == Durability::Progress)
+    if (static_cast<Durability>(state.range(0)) == Durability::Progress) {
         database.run("PRAGMA synchronous=NORMAL");
+    }
     sqlite3_stmt *update = database.prepare("UPDATE tasks2 SET dwDownloadSize=? WHERE rowid=?");
     Latencies latencies;
-    for ([[maybe_unused]] auto round : state)
+    for ([[maybe_unused]] auto round : state) {
         latencies.measure([&] {
             const std::int32_t bytes = nextByteCount();
             sqlite3_bind_int(update, 1, bytes);
             sqlite3_bind_int(update, 2, 1 + bytes % kManyTasks);
             database.step(update);
         });
+    }
     sqlite3_finalize(update);
     latencies.reportTo(state);
 }
@@ -229,8 +237,9 @@ BENCHMARK(updateOneColumnBare)
 void openManyTasks(benchmark::State &state)
 {
     const QString path = pathIn(filledDirectory());
-    for ([[maybe_unused]] auto round : state)
+    for ([[maybe_unused]] auto round : state) {
         benchmark::DoNotOptimize(open(path));
+    }
 }
 BENCHMARK(openManyTasks)->Unit(benchmark::kMillisecond);
 
@@ -242,8 +251,9 @@ void loadManyTasks(benchmark::State &state)
         database->LoadTasks([&tasks](RowId row, TaskInfo &&task) {
             tasks.push_back({row, std::move(task)});
         });
-        if (tasks.size() != kManyTasks)
+        if (tasks.size() != kManyTasks) {
             state.SkipWithError("not every task was loaded");
+        }
     }
 }
 BENCHMARK(loadManyTasks)->Unit(benchmark::kMillisecond);

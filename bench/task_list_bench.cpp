@@ -215,8 +215,9 @@ void listSortWithSelection(benchmark::State &state)
 {
     const auto list = shownList();
     std::vector<int> rows;
-    for (int row = 0; row < kTasks; row += kTasks / static_cast<int>(state.range(0)))
+    for (int row = 0; row < kTasks; row += kTasks / static_cast<int>(state.range(0))) {
         rows.push_back(row);
+    }
     list->selectRows(rows);
     auto column = tasks::SortColumn::Name;
     measure(state, kSortLimitMs, [&] {

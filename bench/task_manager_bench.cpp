@@ -90,8 +90,9 @@ public:
     void add(int count)
     {
         m_database->inTransaction([this, count] {
-            for (int number = 0; number < count; ++number)
+            for (int number = 0; number < count; ++number) {
                 m_manager.addTask(ordinaryTask(number), TaskOrigin::New);
+            }
         });
     }
 
@@ -99,10 +100,12 @@ public:
     void finishAll(int count)
     {
         m_database->inTransaction([this, count] {
-            for (int row = 0; row < count; ++row)
+            for (int row = 0; row < count; ++row) {
                 m_manager.startTask(row, Placement::Keep);
-            while (m_manager.completedCount() < count)
+            }
+            while (m_manager.completedCount() < count) {
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            }
         });
     }
 
@@ -119,8 +122,9 @@ private:
     {
         auto outcome = EventOutcome::Ignore;
         m_managing.measure([&] { outcome = m_manager.onTaskEvent(message.first, message.second); });
-        if (outcome == EventOutcome::FollowUp)
+        if (outcome == EventOutcome::FollowUp) {
             m_recording.measure([&] { m_recorder.record(message.first, message.second); });
+        }
     }
 
     QTemporaryDir m_directory;

@@ -40,8 +40,9 @@ Result<std::unique_ptr<FileLock>> FileLock::take(const QString &path)
     // Non-blocking, so that a pipe of that name cannot hold us up.
     const int descriptor = ::open(QFile::encodeName(path).constData(),
                                   O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, ownerOnly);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         return failure(ErrorKind::AskUser, u"%1: %2"_s.arg(path, textOf(errno)), errno);
+    }
     auto file = std::make_unique<Private>(descriptor);
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         const int code = errno;

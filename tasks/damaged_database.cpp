@@ -30,8 +30,9 @@ QString freeName(const QString &path)
                          platform::systemClock().wallNow().toString(u"yyyyMMdd-HHmmss"_s);
     const QString suffix = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
     QString name = stem + suffix;
-    for (int counter = 2; QFileInfo::exists(name); ++counter)
+    for (int counter = 2; QFileInfo::exists(name); ++counter) {
         name = stem + u'-' + QString::number(counter) + suffix;
+    }
     return name;
 }
 
@@ -51,13 +52,16 @@ public:
     std::optional<StoredTask> next()
     {
         try {
-            if (!m_reader || m_rows.eof())
+            if (!m_reader || m_rows.eof()) {
                 return std::nullopt;
-            if (m_isBegun)
+            }
+            if (m_isBegun) {
                 m_rows.nextRow();
+            }
             m_isBegun = true;
-            if (m_rows.eof())
+            if (m_rows.eof()) {
                 return std::nullopt;
+            }
             return StoredTask{m_rows.getInt64Field(0), m_reader->read(m_rows)};
         } catch (const CppSQLite3Exception &) {
             m_reader.reset();
@@ -87,8 +91,9 @@ void insert(CppSQLite3Statement &statement, const StoredTask &stored)
 {
     int place = 0;
     statement.bind(++place, QString::number(stored.row));
-    for (const TaskColumn &column : kTaskColumns)
+    for (const TaskColumn &column : kTaskColumns) {
         statement.bind(++place, columnText(stored.task, column));
+    }
     statement.execDML();
 }
 
@@ -105,16 +110,18 @@ Result<QString> setAside(const QString &path)
                                      u"%1 is damaged and cannot be renamed"_s.arg(companion));
         }
     }
-    if (!QDir().rename(path, aside))
+    if (!QDir().rename(path, aside)) {
         return platform::failure(ErrorKind::AskUser,
                                  u"%1 is damaged and cannot be renamed"_s.arg(path));
+    }
     return aside;
 }
 
 int carryTasksOver(const QString &damagedPath, CppSQLite3DB &target)
 {
-    if (!QFileInfo(damagedPath).isFile())
+    if (!QFileInfo(damagedPath).isFile()) {
         return 0;
+    }
     CppSQLite3DB source;
     try {
         source.openReadOnly(damagedPath);

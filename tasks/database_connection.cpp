@@ -33,9 +33,10 @@ void configure(CppSQLite3DB &database)
 void checkStructure(CppSQLite3DB &database)
 {
     const QString verdict = database.execScalarText(u"PRAGMA quick_check(1)"_s);
-    if (verdict != u"ok")
+    if (verdict != u"ok") {
         throw CppSQLite3Exception(kSqliteCorrupt,
                                   reinterpret_cast<const char16_t *>(verdict.utf16()));
+    }
 }
 
 /// The statements are always the same, so one that is refused as wrong met a file that is.
@@ -46,8 +47,9 @@ void checkFile(CppSQLite3DB &database)
         configure(database);
         checkStructure(database);
     } catch (const CppSQLite3Exception &error) {
-        if (error.errorCode() != genericError)
+        if (error.errorCode() != genericError) {
             throw;
+        }
         const QString detail = error.errorMessage();
         throw CppSQLite3Exception(kSqliteCorrupt,
                                   reinterpret_cast<const char16_t *>(detail.utf16()));
@@ -62,11 +64,13 @@ void checkWritable(CppSQLite3DB &database)
 
 bool hasNoTable(CppSQLite3DB &database)
 {
-    if (database.execScalar(u"select count(*) from sqlite_master"_s) > 0)
+    if (database.execScalar(u"select count(*) from sqlite_master"_s) > 0) {
         return false;
+    }
     // Pages without a table to which they belong are what a broken first page leaves.
-    if (database.execScalar(u"PRAGMA page_count"_s) > 1)
+    if (database.execScalar(u"PRAGMA page_count"_s) > 1) {
         throw CppSQLite3Exception(kSqliteCorrupt, u"pages without a table");
+    }
     return true;
 }
 
@@ -84,8 +88,9 @@ void connectToTasks(CppSQLite3DB &database, const QString &path,
     const bool isNew = hasNoTable(opened);
     ensureTaskTable(opened);
     checkTaskColumns(opened);
-    if (isNew)
+    if (isNew) {
         fillNew(opened);
+    }
     transaction.commit();
     database = opened;
 }

@@ -27,15 +27,18 @@ std::optional<std::int64_t> takeNumber(QStringView &text)
     constexpr std::int64_t limit = std::int64_t{1} << 40;
     text = text.trimmed();
     const bool isNegative = text.startsWith(u'-');
-    if (isNegative || text.startsWith(u'+'))
+    if (isNegative || text.startsWith(u'+')) {
         text = text.sliced(1);
+    }
     qsizetype digits = 0;
     std::int64_t value = 0;
-    for (; digits < text.size() && text[digits] >= u'0' && text[digits] <= u'9'; ++digits)
+    for (; digits < text.size() && text[digits] >= u'0' && text[digits] <= u'9'; ++digits) {
         value = std::min(limit, value * 10 + (text[digits].unicode() - u'0'));
+    }
     text = text.sliced(digits);
-    if (digits == 0)
+    if (digits == 0) {
         return std::nullopt;
+    }
     return isNegative ? -value : value;
 }
 
@@ -44,8 +47,9 @@ std::optional<Numbers> parseNumbers(QStringView line)
     Numbers numbers{};
     for (std::int64_t &number : numbers) {
         const std::optional<std::int64_t> taken = takeNumber(line);
-        if (!taken)
+        if (!taken) {
             return std::nullopt;
+        }
         number = *taken;
     }
     return numbers;
@@ -70,14 +74,16 @@ int seconds(std::int64_t number)
 std::optional<int> taskNumber(const QString &key)
 {
     const QString suffix = u"_len"_s;
-    if (!key.endsWith(suffix))
+    if (!key.endsWith(suffix)) {
         return std::nullopt;
+    }
     const QString digits = key.chopped(suffix.size());
     bool isNumber = false;
     const int number = digits.toInt(&isNumber);
     // Only the form without leading zeros or signs names a task.
-    if (!isNumber || number < 0 || QString::number(number) != digits)
+    if (!isNumber || number < 0 || QString::number(number) != digits) {
         return std::nullopt;
+    }
     return number;
 }
 
@@ -86,8 +92,9 @@ std::optional<int> taskNumber(const QString &key)
 std::optional<TaskInfo> parseOldTask(QStringView lengths, QStringView texts)
 {
     const std::optional<Numbers> numbers = parseNumbers(lengths);
-    if (!numbers)
+    if (!numbers) {
         return std::nullopt;
+    }
     TaskInfo task;
     for (std::size_t at = 0; at < kOlderColumnCount; ++at) {
         const TaskColumn &column = kTaskColumns.at(at);
@@ -108,16 +115,19 @@ std::vector<TaskInfo> parseOldTasks(int count, const QHash<QString, QString> &li
     std::map<int, TaskInfo> found;
     for (auto line = lines.begin(); line != lines.end(); ++line) {
         const std::optional<int> number = taskNumber(line.key());
-        if (!number || *number >= count)
+        if (!number || *number >= count) {
             continue;
+        }
         const QString texts = lines.value(QString::number(*number) + u"_string"_s);
-        if (std::optional<TaskInfo> task = parseOldTask(line.value(), texts))
+        if (std::optional<TaskInfo> task = parseOldTask(line.value(), texts)) {
             found.emplace(*number, *std::move(task));
+        }
     }
     std::vector<TaskInfo> tasks;
     tasks.reserve(found.size());
-    for (auto &[number, task] : found)
+    for (auto &[number, task] : found) {
         tasks.push_back(std::move(task));
+    }
     return tasks;
 }
 

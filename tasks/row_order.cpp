@@ -82,8 +82,9 @@ template<typename Key>
 void sortByKeys(Tasks &tasks, const std::vector<Key> &keys, SortDirection direction)
 {
     std::vector<std::size_t> places(tasks.size());
-    for (std::size_t i = 0; i < places.size(); ++i)
+    for (std::size_t i = 0; i < places.size(); ++i) {
         places[i] = i;
+    }
     const auto isBefore = [&keys, direction](std::size_t left, std::size_t right) {
         return direction == SortDirection::Ascending ? keys[left] < keys[right]
                                                      : keys[right] < keys[left];
@@ -91,8 +92,9 @@ void sortByKeys(Tasks &tasks, const std::vector<Key> &keys, SortDirection direct
     std::ranges::stable_sort(places, isBefore);
     Tasks sorted;
     sorted.reserve(tasks.size());
-    for (const std::size_t place : places)
+    for (const std::size_t place : places) {
         sorted.push_back(std::move(tasks[place]));
+    }
     tasks = std::move(sorted);
 }
 
@@ -100,8 +102,9 @@ void sortByKeys(Tasks &tasks, const std::vector<Key> &keys, SortDirection direct
 
 void sortTasks(Tasks &tasks, TaskOrder order)
 {
-    if (order.direction == SortDirection::None)
+    if (order.direction == SortDirection::None) {
         return;
+    }
     if (order.column == SortColumn::Name || order.column == SortColumn::Type) {
         const QCollator rules = collator();
         std::vector<QCollatorSortKey> keys;
@@ -116,8 +119,9 @@ void sortTasks(Tasks &tasks, TaskOrder order)
     }
     std::vector<double> keys;
     keys.reserve(tasks.size());
-    for (const auto &task : tasks)
+    for (const auto &task : tasks) {
         keys.push_back(numberOf(*task->worker, order.column));
+    }
     sortByKeys(tasks, keys, order.direction);
 }
 

@@ -20,8 +20,9 @@ std::int64_t leadingNumber(QStringView text)
     const bool isNegative = number.startsWith(u'-');
     std::int64_t value = 0;
     for (const QChar digit : number.sliced(isNegative || number.startsWith(u'+') ? 1 : 0)) {
-        if (digit < u'0' || digit > u'9')
+        if (digit < u'0' || digit > u'9') {
             break;
+        }
         value = std::min(limit, value * 10 + (digit.unicode() - u'0'));
     }
     return isNegative ? -value : value;

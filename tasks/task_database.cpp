@@ -43,8 +43,9 @@ QString setAsideMessage(const QString &path, const QString &aside, int carriedOv
     const QString start =
         u"The task list \"%1\" was damaged and has been set aside as \"%2\"."_s.arg(
             path, QFileInfo(aside).fileName());
-    if (carriedOver == 0)
+    if (carriedOver == 0) {
         return start + u" A new, empty list was begun."_s;
+    }
     return start +
            u" A new list was begun with the %1 tasks that could still be read."_s.arg(carriedOver);
 }
@@ -76,12 +77,14 @@ void TaskDatabase::Private::notify(const QString &message)
 {
     // One full disk is one message, not one for each of a thousand rows.
     if (transactionDepth > 0) {
-        if (toldInTransaction.contains(message))
+        if (toldInTransaction.contains(message)) {
             return;
+        }
         toldInTransaction.insert(message);
     }
-    if (notifier)
+    if (notifier) {
         notifier(message);
+    }
 }
 
 void TaskDatabase::Private::guarded(const std::function<void()> &operation)
@@ -102,8 +105,9 @@ void TaskDatabase::Private::execute(const QString &sql, Durability asked)
 void TaskDatabase::Private::setDurability(Durability asked)
 {
     // SQLite refuses the change inside a transaction, which is durable as a whole anyway.
-    if (transactionDepth > 0 || asked == durability)
+    if (transactionDepth > 0 || asked == durability) {
         return;
+    }
     database.execDML(asked == Durability::Durable ? u"PRAGMA synchronous = FULL"_s
                                                   : u"PRAGMA synchronous = NORMAL"_s);
     durability = asked;
@@ -112,8 +116,9 @@ void TaskDatabase::Private::setDurability(Durability asked)
 Result<void> TaskDatabase::Private::openOrReplace(const QString &legacyListPath)
 {
     const QFileInfo file(path);
-    if (file.exists() && !file.isFile())
+    if (file.exists() && !file.isFile()) {
         return replaceDamaged();
+    }
     try {
         connectToTasks(database, path, [this, &legacyListPath](CppSQLite3DB &target) {
             importOldList(target, legacyListPath);
@@ -121,8 +126,9 @@ Result<void> TaskDatabase::Private::openOrReplace(const QString &legacyListPath)
         guarded([this] { ensureTaskSchema(database); });
         return {};
     } catch (const CppSQLite3Exception &error) {
-        if (error.isDamagedFile())
+        if (error.isDamagedFile()) {
             return replaceDamaged();
+        }
         return openFailure(path, error);
     }
 }
@@ -132,8 +138,9 @@ Result<void> TaskDatabase::Private::replaceDamaged()
     database = CppSQLite3DB();
     durability = Durability::Durable;
     const Result<QString> aside = setAside(path);
-    if (!aside)
+    if (!aside) {
         return tl::unexpected(aside.error());
+    }
     int carriedOver = 0;
     try {
         connectToTasks(database, path, [&aside, &carriedOver](CppSQLite3DB &target) {
@@ -150,8 +157,9 @@ void TaskDatabase::Private::importOldList(CppSQLite3DB &target, const QString &l
 {
     // What was inserted before a failure stays.
     guarded([&] {
-        for (const TaskInfo &task : readOldList(legacyListPath))
+        for (const TaskInfo &task : readOldList(legacyListPath)) {
             target.execDML(insertStatement(task));
+        }
     });
 }
 
@@ -172,8 +180,9 @@ void TaskDatabase::Private::loadOrReplace(const Receiver &receive)
         load(u"select rowid,* from tasks2"_s, receive, last);
         return;
     } catch (const CppSQLite3Exception &error) {
-        if (!error.isDamagedFile())
+        if (!error.isDamagedFile()) {
             throw;
+        }
     }
     const Result<void> replaced = replaceDamaged();
     if (!replaced) {
@@ -191,15 +200,17 @@ Result<std::unique_ptr<TaskDatabase>>
 TaskDatabase::open(const QString &databasePath, const QString &legacyListPath, Notifier notifier)
 {
     auto lock = platform::FileLock::take(lockPathBeside(databasePath));
-    if (!lock)
+    if (!lock) {
         return tl::unexpected(lock.error());
+    }
     auto parts = std::make_unique<Private>();
     parts->path = databasePath;
     parts->notifier = std::move(notifier);
     parts->lock = *std::move(lock);
     const Result<void> opened = parts->openOrReplace(legacyListPath);
-    if (!opened)
+    if (!opened) {
         return tl::unexpected(opened.error());
+    }
     return std::unique_ptr<TaskDatabase>(new TaskDatabase(std::move(parts)));
 }
 
@@ -257,18 +268,21 @@ void TaskDatabase::inTransaction(const std::function<void()> &work)
         transaction.emplace(d->database);
     });
     const auto leave = qScopeGuard([this] {
-        if (--d->transactionDepth == 0)
+        if (--d->transactionDepth == 0) {
             d->toldInTransaction.clear();
+        }
     });
     ++d->transactionDepth;
     work();
     try {
-        if (transaction)
+        if (transaction) {
             transaction->commit();
+        }
     } catch (const CppSQLite3Exception &error) {
         // When SQLite has given the transaction up, the failed statement told why.
-        if (d->toldInTransaction.isEmpty())
+        if (d->toldInTransaction.isEmpty()) {
             d->notify(error.errorMessage());
+        }
     }
 }
 

@@ -10,8 +10,9 @@ constexpr int kNoColumn = -1;
 int indexOf(const CppSQLite3Query &query, QStringView name)
 {
     for (int index = 0; index < query.numFields(); ++index) {
-        if (query.fieldName(index) == name)
+        if (query.fieldName(index) == name) {
             return index;
+        }
     }
     return kNoColumn;
 }
@@ -29,8 +30,9 @@ TaskInfo TaskRowReader::read(const CppSQLite3Query &query, std::size_t columnCou
     TaskInfo task;
     for (std::size_t column = 0; column < columnCount; ++column) {
         const int index = m_indexes.at(column);
-        if (index != kNoColumn && !query.fieldIsNull(index))
+        if (index != kNoColumn && !query.fieldIsNull(index)) {
             setColumnText(task, kTaskColumns.at(column), query.fieldValue(index));
+        }
     }
     return task;
 }

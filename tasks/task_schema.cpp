@@ -16,8 +16,9 @@ void moveOlderRows(CppSQLite3DB &database)
 {
     CppSQLite3Query rows = database.execQuery(u"select * from tasks"_s);
     // A table that lacks a column is not ours to drop: a missing name throws here.
-    for (std::size_t column = 0; column < kOlderColumnCount; ++column)
+    for (std::size_t column = 0; column < kOlderColumnCount; ++column) {
         static_cast<void>(rows.fieldIndex(kTaskColumns.at(column).name));
+    }
     const TaskRowReader reader(rows);
     for (; !rows.eof(); rows.nextRow()) {
         TaskInfo task = reader.read(rows, kOlderColumnCount);
@@ -32,15 +33,17 @@ void moveOlderRows(CppSQLite3DB &database)
 
 void ensureTaskTable(CppSQLite3DB &database)
 {
-    if (!database.tableExists(u"tasks2"_s))
+    if (!database.tableExists(u"tasks2"_s)) {
         database.execDML(createStatement());
+    }
 }
 
 void ensureTaskSchema(CppSQLite3DB &database)
 {
     ensureTaskTable(database);
-    if (!database.tableExists(u"tasks"_s))
+    if (!database.tableExists(u"tasks"_s)) {
         return;
+    }
     Transaction transaction(database);
     moveOlderRows(database);
     transaction.commit();
@@ -50,11 +53,13 @@ void checkTaskColumns(CppSQLite3DB &database)
 {
     const CppSQLite3Query rows = database.execQuery(u"select rowid,* from tasks2"_s);
     bool isOurs = rows.numFields() == kTaskColumns.size() + 1;
-    for (int column = 1; isOurs && column < rows.numFields(); ++column)
+    for (int column = 1; isOurs && column < rows.numFields(); ++column) {
         isOurs =
             rows.fieldName(column) == kTaskColumns.at(static_cast<std::size_t>(column - 1)).name;
-    if (!isOurs)
+    }
+    if (!isOurs) {
         throw CppSQLite3Exception(kSqliteCorrupt, u"table tasks2 has other columns");
+    }
 }
 
 } // namespace tollivar::tasks

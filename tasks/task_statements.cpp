@@ -27,10 +27,12 @@ QStringView separatorBefore(std::size_t column)
 bool isLoneSurrogate(QStringView text, qsizetype at)
 {
     const QChar character = text[at];
-    if (character.isHighSurrogate())
+    if (character.isHighSurrogate()) {
         return at + 1 == text.size() || !text[at + 1].isLowSurrogate();
-    if (character.isLowSurrogate())
+    }
+    if (character.isLowSurrogate()) {
         return at == 0 || !text[at - 1].isHighSurrogate();
+    }
     return false;
 }
 
@@ -81,10 +83,12 @@ QString quoted(QStringView value)
     result += u'\'';
     for (qsizetype at = 0; at < value.size(); ++at) {
         const QChar character = value[at];
-        if (character.isNull())
+        if (character.isNull()) {
             continue;
-        if (character == u'\'')
+        }
+        if (character == u'\'') {
             result += u'\'';
+        }
         result += isLoneSurrogate(value, at) ? QChar(QChar::ReplacementCharacter) : character;
     }
     return result + u'\'';

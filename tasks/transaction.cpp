@@ -13,8 +13,9 @@ Transaction::Transaction(CppSQLite3DB &database) : m_database(database)
 
 Transaction::~Transaction()
 {
-    if (!m_isOpen)
+    if (!m_isOpen) {
         return;
+    }
     try {
         m_database.execDML(u"ROLLBACK TO work"_s);
         m_database.execDML(u"RELEASE work"_s);

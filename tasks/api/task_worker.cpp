@@ -9,8 +9,9 @@ namespace {
 /// Removes what a run has written; a file that no run has made belongs to somebody else.
 void deleteWrittenFile(const TaskInfo &record)
 {
-    if (record.bFileCreated != 0)
+    if (record.bFileCreated != 0) {
         QFile::remove(record.outputPath());
+    }
 }
 
 platform::Delivery deliveryOf(TaskEventCode code)
@@ -127,15 +128,17 @@ void TaskWorker::setState(TaskState state)
 void TaskWorker::enterStage(TaskState stage)
 {
     const std::lock_guard lock(m_mutex);
-    if (stopWasAsked(m_state))
+    if (stopWasAsked(m_state)) {
         return;
+    }
     changeState(stage);
 }
 
 void TaskWorker::changeState(TaskState state)
 {
-    if (m_state != TaskState::Failed)
+    if (m_state != TaskState::Failed) {
         m_previousState = m_state;
+    }
     m_state = state;
 }
 
@@ -178,8 +181,9 @@ TaskProgress TaskWorker::progress() const
 void TaskWorker::post(TaskEventCode code, std::uint64_t value)
 {
     // Whoever receives Stopped may take the file for gone, so it goes first.
-    if (code == TaskEventCode::Stopped && deleteOnStop())
+    if (code == TaskEventCode::Stopped && deleteOnStop()) {
         deleteWrittenFile(record());
+    }
 
     platform::AppMessagePort owner;
     std::uint32_t id = 0;

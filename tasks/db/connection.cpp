@@ -15,21 +15,24 @@ Connection::~Connection()
 
 sqlite3 *openHandle(const SharedConnection &connection)
 {
-    if (!connection || connection->handle == nullptr)
+    if (!connection || connection->handle == nullptr) {
         throw CppSQLite3Exception(kCppSqliteError, u"Database not open");
+    }
     return connection->handle;
 }
 
 sqlite3_stmt *prepare(sqlite3 *handle, QStringView sql)
 {
     const qsizetype bytes = sql.size() * qsizetype{sizeof(char16_t)};
-    if (bytes > std::numeric_limits<int>::max())
+    if (bytes > std::numeric_limits<int>::max()) {
         throw CppSQLite3Exception(SQLITE_TOOBIG, u"Statement too long");
+    }
     sqlite3_stmt *statement = nullptr;
     const int code =
         sqlite3_prepare16(handle, sql.utf16(), static_cast<int>(bytes), &statement, nullptr);
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throwConnectionError(handle, code);
+    }
     return statement;
 }
 

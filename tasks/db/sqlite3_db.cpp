@@ -50,19 +50,22 @@ void CppSQLite3DB::adopt(std::shared_ptr<Connection> opened, int code)
 {
     m_connection.reset();
     // A failed open leaves a handle that holds the message; dropping it frees it.
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throwConnectionError(opened->handle, code);
+    }
     m_connection = std::move(opened);
     setBusyTimeout(m_busyTimeoutMs);
 }
 
 void CppSQLite3DB::close()
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     const int code = sqlite3_close(m_connection->handle);
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throwConnectionError(m_connection->handle, code);
+    }
     m_connection->handle = nullptr;
     m_connection.reset();
 }
@@ -88,8 +91,9 @@ void CppSQLite3DB::execDML(const QString &sql)
         sqlite3_step(statement);
         code = sqlite3_finalize(statement);
     }
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throwConnectionError(handle, code);
+    }
 }
 
 CppSQLite3Query CppSQLite3DB::execQuery(const QString &sql)
@@ -105,8 +109,9 @@ CppSQLite3Query CppSQLite3DB::execQuery(const QString &sql)
         }
         code = sqlite3_finalize(statement);
         // Text without a statement fails in the step and has nothing to finalize.
-        if (code == SQLITE_OK)
+        if (code == SQLITE_OK) {
             code = stepped;
+        }
     }
     throwConnectionError(handle, code);
 }
@@ -114,16 +119,18 @@ CppSQLite3Query CppSQLite3DB::execQuery(const QString &sql)
 int CppSQLite3DB::execScalar(const QString &sql)
 {
     const CppSQLite3Query query = execQuery(sql);
-    if (query.eof() || query.numFields() < 1)
+    if (query.eof() || query.numFields() < 1) {
         throw CppSQLite3Exception(kCppSqliteError, u"Invalid scalar query");
+    }
     return query.getIntField(0);
 }
 
 QString CppSQLite3DB::execScalarText(const QString &sql)
 {
     const CppSQLite3Query query = execQuery(sql);
-    if (query.eof() || query.numFields() < 1)
+    if (query.eof() || query.numFields() < 1) {
         throw CppSQLite3Exception(kCppSqliteError, u"Invalid scalar query");
+    }
     return query.getStringField(0);
 }
 
@@ -140,8 +147,9 @@ std::int64_t CppSQLite3DB::lastRowId() const
 void CppSQLite3DB::setBusyTimeout(int milliseconds)
 {
     m_busyTimeoutMs = milliseconds;
-    if (isOpen())
+    if (isOpen()) {
         sqlite3_busy_timeout(m_connection->handle, milliseconds);
+    }
 }
 
 } // namespace tollivar::tasks

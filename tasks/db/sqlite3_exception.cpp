@@ -57,8 +57,9 @@ CppSQLite3Exception::CppSQLite3Exception(int code, const char16_t *detail, Detai
                 QString::fromUtf16(detail))
     , m_what(m_message.toUtf8())
 {
-    if (owner == Detail::FromSqlite)
+    if (owner == Detail::FromSqlite) {
         sqlite3_free(const_cast<char16_t *>(detail));
+    }
 }
 
 bool CppSQLite3Exception::isDamagedFile() const

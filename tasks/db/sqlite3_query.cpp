@@ -56,17 +56,20 @@ void CppSQLite3Query::takeFrom(const CppSQLite3Query &other)
 
 void CppSQLite3Query::checkStatement() const
 {
-    if (m_statement == nullptr)
+    if (m_statement == nullptr) {
         throw CppSQLite3Exception(kCppSqliteError, u"Null Virtual Machine pointer");
+    }
 }
 
 int CppSQLite3Query::checkedIndex(Field field) const
 {
-    if (const QStringView *name = std::get_if<QStringView>(&field))
+    if (const QStringView *name = std::get_if<QStringView>(&field)) {
         return fieldIndex(*name);
+    }
     const int index = std::get<int>(field);
-    if (index < 0 || index >= numFields())
+    if (index < 0 || index >= numFields()) {
         throw CppSQLite3Exception(kCppSqliteError, u"Invalid field index requested");
+    }
     return index;
 }
 
@@ -79,14 +82,17 @@ bool CppSQLite3Query::eof() const
 void CppSQLite3Query::nextRow()
 {
     // A step behind the end would run the statement anew.
-    if (eof())
+    if (eof()) {
         return;
+    }
     const int stepped = sqlite3_step(m_statement);
-    if (stepped == SQLITE_ROW)
+    if (stepped == SQLITE_ROW) {
         return;
+    }
     m_isAtEnd = true;
-    if (stepped == SQLITE_DONE)
+    if (stepped == SQLITE_DONE) {
         return;
+    }
     sqlite3 *handle = openHandle(m_connection);
     const bool owns = m_ownership == Ownership::Owns;
     const int code = owns ? sqlite3_finalize(m_statement) : sqlite3_reset(m_statement);
@@ -96,8 +102,9 @@ void CppSQLite3Query::nextRow()
 
 void CppSQLite3Query::finalize()
 {
-    if (m_ownership == Ownership::Owns)
+    if (m_ownership == Ownership::Owns) {
         sqlite3_finalize(m_statement);
+    }
     m_statement = nullptr;
 }
 
@@ -110,8 +117,9 @@ int CppSQLite3Query::numFields() const
 int CppSQLite3Query::fieldIndex(QStringView name) const
 {
     for (int index = 0; index < numFields(); ++index) {
-        if (fieldName(index) == name)
+        if (fieldName(index) == name) {
             return index;
+        }
     }
     throw CppSQLite3Exception(kCppSqliteError, u"Invalid field name requested");
 }
@@ -138,8 +146,9 @@ QString CppSQLite3Query::fieldValue(Field field) const
 {
     const int index = checkedIndex(field);
     const auto *text = static_cast<const QChar *>(sqlite3_column_text16(m_statement, index));
-    if (text == nullptr)
+    if (text == nullptr) {
         return {};
+    }
     constexpr int bytesPerCharacter = sizeof(QChar);
     return QString(text, sqlite3_column_bytes16(m_statement, index) / bytesPerCharacter);
 }

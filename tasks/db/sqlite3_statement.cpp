@@ -11,8 +11,9 @@ namespace {
 
 void checkBind(int code, const char16_t *complaint)
 {
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throw CppSQLite3Exception(kCppSqliteError, complaint);
+    }
 }
 
 } // namespace
@@ -47,8 +48,9 @@ CppSQLite3Statement &CppSQLite3Statement::operator=(CppSQLite3Statement &&other)
 
 sqlite3_stmt *CppSQLite3Statement::statement() const
 {
-    if (m_statement == nullptr)
+    if (m_statement == nullptr) {
         throw CppSQLite3Exception(kCppSqliteError, u"Null Virtual Machine pointer");
+    }
     return m_statement;
 }
 
@@ -91,8 +93,9 @@ int CppSQLite3Statement::execDML()
     const int stepped = sqlite3_step(statement());
     const int changes = sqlite3_changes(handle);
     const int code = sqlite3_reset(m_statement);
-    if (stepped != SQLITE_DONE && stepped != SQLITE_ROW)
+    if (stepped != SQLITE_DONE && stepped != SQLITE_ROW) {
         throwConnectionError(handle, code);
+    }
     return changes;
 }
 
@@ -110,8 +113,9 @@ CppSQLite3Query CppSQLite3Statement::execQuery()
 void CppSQLite3Statement::reset()
 {
     const int code = sqlite3_reset(statement());
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         throwConnectionError(openHandle(m_connection), code);
+    }
 }
 
 void CppSQLite3Statement::finalize()

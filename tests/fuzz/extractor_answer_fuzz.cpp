@@ -16,9 +16,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray answer(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const auto media = probe::readExtractorAnswer(answer, u"http://site.example/page.html"_s);
     const auto records = fetch::readAnswer(QString::fromUtf8(capture::writeAnswer(media)));
-    if (media.size() > 1 || records.size() != media.size())
+    if (media.size() > 1 || records.size() != media.size()) {
         std::abort();
-    if (!records.empty() && !records.front().address.startsWith(u"http"))
+    }
+    if (!records.empty() && !records.front().address.startsWith(u"http")) {
         std::abort();
+    }
     return 0;
 }

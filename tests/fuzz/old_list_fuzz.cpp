@@ -22,8 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QHash<QString, QString> lines = platform::iniSection(text, u"TASKINFO");
     for (const tasks::TaskInfo &task : tasks::parseOldTasks(count, lines)) {
         // All quotes of a statement come in pairs: no text can end its own literal.
-        if (tasks::insertStatement(task).count(u'\'') % 2 != 0)
+        if (tasks::insertStatement(task).count(u'\'') % 2 != 0) {
             std::abort();
+        }
     }
     return 0;
 }

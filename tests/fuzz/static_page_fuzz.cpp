@@ -19,16 +19,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                                               .contentType = "text/html"},
                                              capture::MediaPreference::Video);
     for (const capture::MediaFound &medium : media) {
-        if (!medium.address.startsWith(u"http://") && !medium.address.startsWith(u"https://"))
+        if (!medium.address.startsWith(u"http://") && !medium.address.startsWith(u"https://")) {
             std::abort();
+        }
     }
     // No page can add a record, or put one into another's place.
     const auto records = fetch::readAnswer(QString::fromUtf8(capture::writeAnswer(media)));
-    if (records.size() != media.size())
+    if (records.size() != media.size()) {
         std::abort();
+    }
     for (std::size_t i = 0; i < records.size(); ++i) {
-        if (records[i].address != media[i].address || records[i].protocol != 1)
+        if (records[i].address != media[i].address || records[i].protocol != 1) {
             std::abort();
+        }
     }
     return 0;
 }

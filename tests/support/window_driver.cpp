@@ -23,10 +23,11 @@ void type(QWidget &widget, const QString &text)
 {
     widget.setFocus();
     QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         QTest::keyClick(&widget, Qt::Key_Delete);
-    else
+    } else {
         QTest::keyClicks(&widget, text);
+    }
 }
 
 void press(QWidget &widget, Qt::Key key, Qt::KeyboardModifiers modifiers)

@@ -133,8 +133,9 @@ TEST(OldTasks, comeInTheOrderOfTheirNumbers)
     }
     const std::vector<TaskInfo> tasks = parseOldTasks(25, lines);
     ASSERT_EQ(tasks.size(), 25U);
-    for (int number = 0; number < 25; ++number)
+    for (int number = 0; number < 25; ++number) {
         EXPECT_EQ(tasks[static_cast<std::size_t>(number)].strOriURL, u"%1"_s.arg(number, 2));
+    }
 }
 
 TEST(OldTasks, endAtTheCount)
@@ -160,10 +161,12 @@ TEST(OldTasks, areNumberedWithoutLeadingZerosOrSigns)
 
 TEST(OldTasks, survivePiecesAndFlippedCharacters)
 {
-    for (qsizetype end = 0; end <= kLengths.size(); ++end)
+    for (qsizetype end = 0; end <= kLengths.size(); ++end) {
         static_cast<void>(parseOldTask(QStringView(kLengths).first(end), kTexts));
-    for (qsizetype end = 0; end <= kTexts.size(); ++end)
+    }
+    for (qsizetype end = 0; end <= kTexts.size(); ++end) {
         EXPECT_TRUE(parseOldTask(kLengths, QStringView(kTexts).first(end)));
+    }
     QRandomGenerator random(20240501);
     for (int round = 0; round < 2000; ++round) {
         QString lengths = kLengths;

@@ -31,8 +31,9 @@ StoreChild::~StoreChild()
 QString StoreChild::readLine()
 {
     while (!m_process.canReadLine()) {
-        if (!m_process.waitForReadyRead(kLimitMs))
+        if (!m_process.waitForReadyRead(kLimitMs)) {
             return {};
+        }
     }
     return QString::fromUtf8(m_process.readLine()).chopped(1);
 }

@@ -22,8 +22,10 @@ TaskInfo fullTask()
          {&TaskInfo::strOriURL, &TaskInfo::strDownloadUrl, &TaskInfo::strOutputFolder,
           &TaskInfo::strOutputName, &TaskInfo::strFileType, &TaskInfo::strCookies,
           &TaskInfo::strAgent, &TaskInfo::strReferer, &TaskInfo::strApp, &TaskInfo::strFlashVer,
-          &TaskInfo::strSwfUrl, &TaskInfo::strTcUrl, &TaskInfo::strPageUrl, &TaskInfo::strPlayPath})
+          &TaskInfo::strSwfUrl, &TaskInfo::strTcUrl, &TaskInfo::strPageUrl,
+          &TaskInfo::strPlayPath}) {
         task.*field = u"text %1"_s.arg(++number);
+    }
     using tasks::ConversionOptions;
     for (QString ConversionOptions::*field :
          {&ConversionOptions::m_csVideoSizeOpts, &ConversionOptions::m_csVideoBitRateOpts,
@@ -31,8 +33,9 @@ TaskInfo fullTask()
           &ConversionOptions::m_csAudioSampleRateOpts, &ConversionOptions::m_csAudioChannelOpts,
           &ConversionOptions::m_csVideoCodecOpts, &ConversionOptions::m_csAudioCodecOpts,
           &ConversionOptions::m_csConvParam, &ConversionOptions::m_csType,
-          &ConversionOptions::m_csProfileName, &ConversionOptions::m_csOutputName})
+          &ConversionOptions::m_csProfileName, &ConversionOptions::m_csOutputName}) {
         task.m_ConvOpts.*field = u"option %1"_s.arg(++number);
+    }
     task.m_ConvOpts.m_nTotalSeconds = 20;
     task.m_ConvOpts.m_nStartSeconds = 3;
     task.m_ConvOpts.m_nLengthSeconds = 7;
@@ -59,8 +62,9 @@ std::unique_ptr<TaskDatabase> TaskStore::open()
 {
     auto opened = TaskDatabase::open(
         path(), oldListPath(), [this](const QString &message) { m_messages.append(message); });
-    if (opened)
+    if (opened) {
         return *std::move(opened);
+    }
     m_openError = opened.error();
     return nullptr;
 }

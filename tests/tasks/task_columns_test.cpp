@@ -34,19 +34,22 @@ TEST(TaskColumns, holdOneFieldEach)
     // Each column's own text comes back after all others were set: no two share a field.
     TaskInfo task;
     int number = 100;
-    for (const TaskColumn &column : kTaskColumns)
+    for (const TaskColumn &column : kTaskColumns) {
         setColumnText(task, column, QString::number(number++));
+    }
     number = 100;
-    for (const TaskColumn &column : kTaskColumns)
+    for (const TaskColumn &column : kTaskColumns) {
         EXPECT_EQ(columnText(task, column), QString::number(number++))
             << qPrintable(column.name.toString());
+    }
 }
 
 TEST(TaskColumns, areNamedApart)
 {
     std::set<QString> names;
-    for (const TaskColumn &column : kTaskColumns)
+    for (const TaskColumn &column : kTaskColumns) {
         names.insert(column.name.toString());
+    }
     EXPECT_EQ(names.size(), 33U);
 }
 
@@ -74,10 +77,12 @@ TEST(TaskColumns, haveFixedCodes)
 
 TEST(TaskColumns, haveNoNameForOtherCodes)
 {
-    for (const int code : {-1, 1, 2, 8, 9, 10, 11})
+    for (const int code : {-1, 1, 2, 8, 9, 10, 11}) {
         EXPECT_TRUE(columnName(static_cast<TextColumn>(code)).isEmpty()) << code;
-    for (const int code : {-1, 0, 3, 4, 5, 6, 7, 11})
+    }
+    for (const int code : {-1, 0, 3, 4, 5, 6, 7, 11}) {
         EXPECT_TRUE(columnName(static_cast<NumberColumn>(code)).isEmpty()) << code;
+    }
 }
 
 TEST(StoredSize, isUnderstoodInItsSignedAndItsUnsignedForm)

@@ -50,8 +50,9 @@ void say(const std::string &line)
 int hold(const QString &directory)
 {
     const OpenedStore store = open(directory);
-    if (!store.database)
+    if (!store.database) {
         return 1;
+    }
     say("open");
     while (std::getchar() != EOF) {
     }
@@ -63,8 +64,9 @@ int hold(const QString &directory)
 int write(const QString &directory, unsigned seed)
 {
     const OpenedStore store = open(directory);
-    if (!store.database)
+    if (!store.database) {
         return 1;
+    }
     std::mt19937 random(seed);
     std::vector<RowId> rows;
     store.database->LoadTasks([&rows](RowId row, TaskInfo &&) { rows.push_back(row); });
@@ -133,25 +135,29 @@ int fill(const QString &directory)
 {
     makeSmall(directory);
     OpenedStore store = open(directory);
-    if (!store.database)
+    if (!store.database) {
         return 1;
+    }
     TaskInfo task;
     task.strCookies = QString(2000, u'c');
     std::size_t acknowledged = 0;
-    while (acknowledged < 100'000 && store.database->InsertTask(task) != 0)
+    while (acknowledged < 100'000 && store.database->InsertTask(task) != 0) {
         ++acknowledged;
+    }
     const bool wasTold = *store.messages > 0;
     const int toldBefore = *store.messages;
     store.database->inTransaction([&store, &task] {
-        for (int round = 0; round < 500; ++round)
+        for (int round = 0; round < 500; ++round) {
             static_cast<void>(store.database->InsertTask(task));
+        }
     });
     const int toldInTransaction = *store.messages - toldBefore;
     const std::size_t stored = countTasks(*store.database);
     store.database.reset();
     store = open(directory);
-    if (!store.database)
+    if (!store.database) {
         return 1;
+    }
     const std::size_t reopened = countTasks(*store.database);
     store.database->DeleteTask(1);
     const std::size_t removed = countTasks(*store.database);
@@ -164,8 +170,9 @@ int fill(const QString &directory)
 int openUnprivileged(const QString &directory)
 {
     constexpr uid_t nobody = 65534;
-    if (::geteuid() == 0 && ::setuid(nobody) != 0)
+    if (::geteuid() == 0 && ::setuid(nobody) != 0) {
         return 77;
+    }
     return open(directory).database ? 0 : 1;
 }
 
@@ -173,19 +180,25 @@ int openUnprivileged(const QString &directory)
 
 int main(int argc, char **argv)
 {
-    if (argc < 3)
+    if (argc < 3) {
         return 64;
+    }
     const std::string mode = argv[1];
     const QString directory = QString::fromLocal8Bit(argv[2]);
-    if (mode == "hold")
+    if (mode == "hold") {
         return hold(directory);
-    if (mode == "write" && argc > 3)
+    }
+    if (mode == "write" && argc > 3) {
         return write(directory, static_cast<unsigned>(std::strtoul(argv[3], nullptr, 10)));
-    if (mode == "import")
+    }
+    if (mode == "import") {
         return import(directory);
-    if (mode == "full")
+    }
+    if (mode == "full") {
         return fill(directory);
-    if (mode == "unprivileged")
+    }
+    if (mode == "unprivileged") {
         return openUnprivileged(directory);
+    }
     return 64;
 }

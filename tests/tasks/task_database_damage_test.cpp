@@ -50,8 +50,9 @@ std::vector<StoredTask> manyTasks(int count)
 void insertAll(tasks::TaskDatabase &database, const std::vector<StoredTask> &tasks)
 {
     database.inTransaction([&] {
-        for (const StoredTask &stored : tasks)
+        for (const StoredTask &stored : tasks) {
             EXPECT_EQ(database.InsertTask(stored.task), stored.row);
+        }
     });
 }
 
@@ -62,8 +63,9 @@ std::size_t countUnchanged(const std::vector<StoredTask> &stored,
     std::size_t count = 0;
     for (const StoredTask &task : stored) {
         const auto row = static_cast<std::size_t>(task.row);
-        if (row >= 1 && row <= expected.size() && expected[row - 1].task == task.task)
+        if (row >= 1 && row <= expected.size() && expected[row - 1].task == task.task) {
             ++count;
+        }
     }
     return count;
 }
@@ -215,8 +217,9 @@ TEST(DamagedTaskDatabase, isReplacedWhenTheDamageShowsWhileLoading)
     EXPECT_GT(loaded.size(), tasks.size() * 9 / 10);
     EXPECT_EQ(countUnchanged(loaded, tasks), loaded.size());
     std::set<RowId> rows;
-    for (const StoredTask &stored : loaded)
+    for (const StoredTask &stored : loaded) {
         rows.insert(stored.row);
+    }
     EXPECT_EQ(rows.size(), loaded.size());
     EXPECT_EQ(store.messages().size(), 1);
     EXPECT_EQ(store.filesSetAside().size(), 1);
@@ -288,8 +291,9 @@ TEST(DamagedTaskDatabase, neverCrashesAndAlwaysEndsUsable)
             damaged[static_cast<qsizetype>(random() % range)] ^=
                 static_cast<char>(1 + random() % 255);
         }
-        if (random() % 4 == 0)
+        if (random() % 4 == 0) {
             damaged.truncate(static_cast<qsizetype>(random() % size));
+        }
         TaskStore store;
         store.sandbox().write(u"dtasks.db"_s, damaged);
         const auto database = store.open();

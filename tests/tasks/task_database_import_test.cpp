@@ -34,8 +34,9 @@ QByteArray oldList(int count, const QByteArray &lines)
 QStringList addressesIn(tasks::TaskDatabase &database)
 {
     QStringList addresses;
-    for (const StoredTask &stored : TaskStore::load(database))
+    for (const StoredTask &stored : TaskStore::load(database)) {
         addresses.append(stored.task.strOriURL);
+    }
     return addresses;
 }
 
@@ -142,8 +143,9 @@ TEST(SecondStart, carriesTheOldListOverWhenTheFirstWasCutShort)
     std::mt19937 random(seed);
     constexpr int count = 400;
     QByteArray lines;
-    for (int number = 0; number < count; ++number)
+    for (int number = 0; number < count; ++number) {
         lines += oldTaskLines(number, "address " + QByteArray::number(number));
+    }
     for (int round = 0; round < 20; ++round) {
         TaskStore store;
         store.sandbox().write(u"dtasks.ini"_s, oldList(count, lines));
@@ -196,8 +198,9 @@ TEST_F(OlderTable, marksTheTasksWhoseFileIsThereWholeAsCompleted)
     const auto database = store.open();
     ASSERT_TRUE(database);
     std::vector<int> statuses;
-    for (const StoredTask &stored : TaskStore::load(*database))
+    for (const StoredTask &stored : TaskStore::load(*database)) {
         statuses.push_back(stored.task.nCompletedStatus);
+    }
     EXPECT_EQ(statuses, (std::vector<int>{1, 0, 0, 0}));
 }
 

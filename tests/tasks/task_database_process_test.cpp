@@ -27,17 +27,19 @@ namespace {
 Sizes storedSizes(tasks::TaskDatabase &database)
 {
     Sizes sizes;
-    for (const StoredTask &stored : TaskStore::load(database))
+    for (const StoredTask &stored : TaskStore::load(database)) {
         sizes.emplace(stored.row, stored.task.dwSize);
+    }
     return sizes;
 }
 
 void apply(Sizes &sizes, RowId row, std::uint32_t size)
 {
-    if (size == 0)
+    if (size == 0) {
         sizes.erase(row);
-    else
+    } else {
         sizes[row] = size;
+    }
 }
 
 /// What the child acknowledged, and the one operation that it had begun after that.
@@ -59,14 +61,16 @@ struct Account {
     /// Everything that was acknowledged is there, and nothing beyond what had begun.
     [[nodiscard]] bool allows(const Sizes &stored) const
     {
-        if (stored == sizes)
+        if (stored == sizes) {
             return true;
+        }
         Sizes afterwards = sizes;
         const QStringList words = begun.split(u' ');
         if (words.value(1) == u"new") {
             for (const auto &[row, size] : stored) {
-                if (!sizes.contains(row) && size == words.value(2).toUInt())
+                if (!sizes.contains(row) && size == words.value(2).toUInt()) {
                     afterwards[row] = size;
+                }
             }
             return stored == afterwards && stored.size() == sizes.size() + 1;
         }
@@ -111,8 +115,9 @@ TEST(TaskDatabaseProcesses, anotherMayReadWhileOneWrites)
     const TaskStore store;
     StoreChild writer({u"write"_s, store.sandbox().path(), u"1"_s});
     Account account;
-    for (int line = 0; line < 400; ++line)
+    for (int line = 0; line < 400; ++line) {
         account.take(writer.readLine());
+    }
     for (int round = 0; round < 50; ++round) {
         const auto tasks = tasks::readStoredTasks(store.path());
         ASSERT_TRUE(tasks) << qPrintable(tasks.error().text);
@@ -128,8 +133,9 @@ TEST(TaskDatabaseProcesses, readingAfterAKillChangesNeitherTheDatabaseNorItsLog)
     const TaskStore store;
     StoreChild writer({u"write"_s, store.sandbox().path(), u"2"_s});
     Account account;
-    for (int line = 0; line < 400; ++line)
+    for (int line = 0; line < 400; ++line) {
         account.take(writer.readLine());
+    }
     ASSERT_GE(account.sizes.size(), 10U);
     writer.kill();
     EXPECT_EQ(writer.finish(), -1);
@@ -155,11 +161,13 @@ TEST(TaskDatabaseProcesses, everyAcknowledgedRowSurvivesAKillAtAnyMoment)
     for (int round = 0; round < 50; ++round) {
         StoreChild writer(
             {u"write"_s, store.sandbox().path(), QString::number(random() % 1'000'000)});
-        for (auto lines = random() % 300; lines > 0; --lines)
+        for (auto lines = random() % 300; lines > 0; --lines) {
             account.take(writer.readLine());
+        }
         writer.kill();
-        for (QString line = writer.readLine(); !line.isEmpty(); line = writer.readLine())
+        for (QString line = writer.readLine(); !line.isEmpty(); line = writer.readLine()) {
             account.take(line);
+        }
         const auto database = store.open();
         ASSERT_TRUE(database) << qPrintable(store.openError().text);
         const Sizes stored = storedSizes(*database);

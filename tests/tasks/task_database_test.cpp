@@ -52,8 +52,9 @@ TEST_F(TaskDatabaseTest, givesEveryStoredFieldBack)
 TEST_F(TaskDatabaseTest, handsTasksOverInTheOrderOfTheirInsertion)
 {
     std::vector<RowId> inserted;
-    for (int number = 0; number < 20; ++number)
+    for (int number = 0; number < 20; ++number) {
         inserted.push_back(database->InsertTask(fullTask()));
+    }
     std::vector<RowId> loaded;
     database->LoadTasks([&loaded](RowId row, TaskInfo &&) { loaded.push_back(row); });
     EXPECT_EQ(loaded, inserted);
@@ -200,8 +201,9 @@ TEST_F(TaskDatabaseTest, makesTheTableAnewWhenAnotherProgramDroppedIt)
 TEST_F(TaskDatabaseTest, writesATransactionWhole)
 {
     database->inTransaction([this] {
-        for (int number = 0; number < 1000; ++number)
+        for (int number = 0; number < 1000; ++number) {
             static_cast<void>(database->InsertTask(fullTask()));
+        }
     });
     EXPECT_EQ(TaskStore::load(*database).size(), 1000U);
     EXPECT_EQ(store.scalar(u"select count(*) from tasks2"_s), u"1000"_s);
@@ -244,8 +246,9 @@ TEST_F(TaskDatabaseTest, keepsItsFilesFromOtherUsers)
 {
     static_cast<void>(database->InsertTask(fullTask()));
     const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-    for (const QString &ending : {u""_s, u"-wal"_s, u"-shm"_s})
+    for (const QString &ending : {u""_s, u"-wal"_s, u"-shm"_s}) {
         EXPECT_FALSE(QFile::permissions(store.path() + ending) & others) << qPrintable(ending);
+    }
 }
 
 TEST_F(TaskDatabaseTest, opensForOneHolderAtATime)

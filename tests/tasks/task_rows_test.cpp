@@ -81,8 +81,9 @@ TEST_F(TaskRowsTest, countsFollowTheStates)
     addCompleted();
     EXPECT_EQ(m_manager->unfinishedCount(), 3);
     EXPECT_EQ(m_manager->waitingCount(), 0);
-    for (const std::uint32_t id : ids)
+    for (const std::uint32_t id : ids) {
         start(id);
+    }
     EXPECT_EQ(m_manager->waitingCount(), 2);
     stop(ids[1]);
     EXPECT_EQ(m_manager->waitingCount(), 1);
@@ -193,8 +194,9 @@ TEST_F(TaskRowsTest, tenThousandRowsAreRemovedInOneTransaction)
     constexpr int kRows = 10'000;
     begin();
     m_database->inTransaction([this] {
-        for (int i = 0; i < kRows; ++i)
+        for (int i = 0; i < kRows; ++i) {
             add();
+        }
     });
     std::vector<int> rows(kRows);
     std::iota(rows.begin(), rows.end(), 0);

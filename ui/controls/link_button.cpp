@@ -8,8 +8,9 @@ using namespace Qt::StringLiterals;
 
 bool openLink(const QString &link, LinkTarget target)
 {
-    if (target == LinkTarget::Browser && platform::startCompanion(u"iexplore.exe"_s, {link}))
+    if (target == LinkTarget::Browser && platform::startCompanion(u"iexplore.exe"_s, {link})) {
         return true;
+    }
     return platform::openAddress(link);
 }
 
@@ -22,8 +23,9 @@ CLinkButton::CLinkButton(QWidget *parent, Open open) : QPushButton(parent), m_op
 void CLinkButton::follow() const
 {
     const QString link = m_link.isEmpty() ? text() : m_link;
-    if (link.startsWith(u"http://"_s))
+    if (link.startsWith(u"http://"_s)) {
         m_open(link, m_target);
+    }
 }
 
 } // namespace tollivar::ui

@@ -14,11 +14,13 @@ QRect pixelsOf(const QPainter &target, const QRect &rectangle)
 
 QImage &enlarged(QImage &surface, const QSize &pixels)
 {
-    if (surface.width() < pixels.width() || surface.height() < pixels.height())
+    if (surface.width() < pixels.width() || surface.height() < pixels.height()) {
         surface = QImage(pixels.expandedTo(surface.size()), QImage::Format_RGB32);
+    }
     // An empty image cannot be painted on.
-    if (surface.isNull())
+    if (surface.isNull()) {
         surface = QImage(1, 1, QImage::Format_RGB32);
+    }
     return surface;
 }
 
@@ -38,8 +40,9 @@ CMemDC::CMemDC(QPainter &target, const QRect &rectangle, QImage &surface)
 CMemDC::~CMemDC()
 {
     m_painter.end();
-    if (m_pixels.isEmpty())
+    if (m_pixels.isEmpty()) {
         return;
+    }
     m_target.save();
     m_target.resetTransform();
     // From here on a unit is a pixel of the device.

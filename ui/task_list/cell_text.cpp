@@ -59,8 +59,9 @@ BrokenText broken(const QString &whole, const QSize &area, const QFont &font)
 void paintLine(QPainter &painter, const QRect &area, Qt::Alignment alignment, const QString &text,
                Qt::TextElideMode shortening)
 {
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return;
+    }
     const QRect inner = area.adjusted(kTextMargin, 0, -kTextMargin, 0);
     const QString fitting =
         painter.fontMetrics().elidedText(measurable(text), shortening, innerWidth(area.width()));
@@ -70,8 +71,9 @@ void paintLine(QPainter &painter, const QRect &area, Qt::Alignment alignment, co
 
 void paintWrapped(QPainter &painter, const QRect &area, const QString &text)
 {
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return;
+    }
     const auto lines = broken(text, area.size(), painter.font()).lines;
     const int height = painter.fontMetrics().height();
     QRect line(area.left(),

@@ -25,8 +25,9 @@ void paintBack(QPainter &painter, const QRect &area, int height)
     QLinearGradient gradient(0, 0, 0, height);
     gradient.setColorAt(0, kTop);
     gradient.setColorAt(1, kBottom);
-    if (area.isEmpty())
+    if (area.isEmpty()) {
         return;
+    }
     painter.fillRect(area, gradient);
     painter.fillRect(
         QRect(area.left(), height - kBottomLineHeight, area.width(), kBottomLineHeight),
@@ -64,8 +65,9 @@ QSize CHeaderCtrlEx::sizeHint() const
 void CHeaderCtrlEx::showOrder(tasks::TaskOrder order)
 {
     // The column of the latest click stays known, so that the next click on it turns the order.
-    if (order.direction != SortDirection::None)
+    if (order.direction != SortDirection::None) {
         m_sortColumn = static_cast<int>(order.column);
+    }
     m_sortDirection = order.direction;
     viewport()->update();
 }

@@ -22,8 +22,9 @@ std::vector<int> selectedRowsOf(const QItemSelectionModel &selection)
     std::vector<int> rows;
     const auto ranges = selection.selection();
     for (const auto &range : ranges) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
+        for (int row = range.top(); row <= range.bottom(); ++row) {
             rows.push_back(row);
+        }
     }
     std::ranges::sort(rows);
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
@@ -36,8 +37,9 @@ void selectRowsOf(QItemSelectionModel &selection, const std::vector<int> &rows)
     QItemSelection ranges;
     for (std::size_t begin = 0; begin < rows.size();) {
         std::size_t end = begin + 1;
-        while (end < rows.size() && rows[end] == rows[end - 1] + 1)
+        while (end < rows.size() && rows[end] == rows[end - 1] + 1) {
             ++end;
+        }
         ranges.append(QItemSelectionRange(
             model.index(rows[begin], 0),
             model.index(rows[end - 1], static_cast<int>(kListColumnCount) - 1)));
@@ -53,8 +55,9 @@ void KeptSelection::read(const QItemSelectionModel &selection, const tasks::Task
 {
     m_selected.clear();
     for (const int row : selectedRowsOf(selection)) {
-        if (const auto id = idAt(manager, row))
+        if (const auto id = idAt(manager, row)) {
             m_selected.push_back(*id);
+        }
     }
     m_current = idAt(manager, selection.currentIndex().row());
 }
@@ -69,8 +72,9 @@ void KeptSelection::apply(QItemSelectionModel &selection, const tasks::TaskManag
         return row <= last ? row : -1;
     };
     for (const std::uint32_t id : m_selected) {
-        if (const int row = rowOf(id); row >= 0)
+        if (const int row = rowOf(id); row >= 0) {
             rows.push_back(row);
+        }
     }
     std::ranges::sort(rows);
     selectRowsOf(selection, rows);

@@ -124,8 +124,9 @@ void CListCtrlEx::onConversion(std::function<Conversion(std::uint32_t)> query)
 void CListCtrlEx::applyLanguage()
 {
     QStringList headings;
-    for (std::size_t column = 0; column < kListColumnCount; ++column)
+    for (std::size_t column = 0; column < kListColumnCount; ++column) {
         headings.append(m_texts(headingId(static_cast<ListColumn>(column)).toString()));
+    }
     m_model->setHeadings(headings);
     m_hint->setTexts(m_texts(u"strEmptyList"_s), m_texts(u"strTipAddFile"_s));
     setAccessibleName(m_texts(u"strListName"_s));
@@ -137,8 +138,9 @@ RowSource CListCtrlEx::sourceOf(int row) const
     RowSource source;
     source.retrySetting = m_retrySetting;
     const tasks::TaskWorker *worker = m_manager == nullptr ? nullptr : m_manager->workerAt(row);
-    if (worker == nullptr)
+    if (worker == nullptr) {
         return source;
+    }
     source.record = worker->record();
     source.state = worker->state();
     source.failedStage = worker->previousState();
@@ -161,8 +163,9 @@ RowText CListCtrlEx::textOf(int row) const
 
 RowLook CListCtrlEx::lookOf(int row) const
 {
-    if (selectionModel()->isRowSelected(row, QModelIndex()))
+    if (selectionModel()->isRowSelected(row, QModelIndex())) {
         return hasFocus() ? RowLook::SelectedWithFocus : RowLook::SelectedWithoutFocus;
+    }
     return hasFocus() && currentIndex().row() == row ? RowLook::PlainCurrent : RowLook::Plain;
 }
 
@@ -188,8 +191,9 @@ void CListCtrlEx::paintEvent(QPaintEvent *event)
         const int top = row * m_rowHeight - scrolled;
         const QRect place(columnViewportPosition(0), top, m_header->length(), m_rowHeight);
         // A row between two changed ones is left as it is on the screen.
-        if (event->region().intersects(place))
+        if (event->region().intersects(place)) {
             m_painter.paint(painter, place, cellsAt(top), textOf(row), lookOf(row), font());
+        }
     }
     fillAround(painter, dirty, rows * m_rowHeight - scrolled);
 }
@@ -197,18 +201,21 @@ void CListCtrlEx::paintEvent(QPaintEvent *event)
 void CListCtrlEx::fillAround(QPainter &painter, const QRect &dirty, int rowsEnd) const
 {
     const int right = columnViewportPosition(0) + m_header->length();
-    if (right <= dirty.right())
+    if (right <= dirty.right()) {
         painter.fillRect(QRect(QPoint(right, dirty.top()), dirty.bottomRight()), kListBack);
+    }
     const int below = std::max(rowsEnd, dirty.top());
-    if (below <= dirty.bottom())
+    if (below <= dirty.bottom()) {
         painter.fillRect(QRect(QPoint(dirty.left(), below), dirty.bottomRight()), kListBack);
+    }
 }
 
 void CListCtrlEx::redrawRow(int row)
 {
     const int top = row * m_rowHeight - verticalScrollBar()->value();
-    if (row >= 0 && row < m_model->rowCount())
+    if (row >= 0 && row < m_model->rowCount()) {
         viewport()->update(0, top, viewport()->width(), m_rowHeight);
+    }
 }
 
 void CListCtrlEx::refreshRows()
@@ -224,16 +231,18 @@ void CListCtrlEx::refreshRows()
     // What was selected may be gone.
     m_kept.read(*selectionModel(), m_manager);
     verticalScrollBar()->setValue(place);
-    if (m_manager != nullptr)
+    if (m_manager != nullptr) {
         m_header->showOrder(m_manager->order());
+    }
     placeHint();
     viewport()->update();
 }
 
 void CListCtrlEx::sortBy(int column, tasks::SortDirection direction)
 {
-    if (m_manager == nullptr)
+    if (m_manager == nullptr) {
         return;
+    }
     m_manager->sort(static_cast<tasks::SortColumn>(column), direction);
     refreshRows();
 }
@@ -258,16 +267,18 @@ void CListCtrlEx::selectRows(const std::vector<int> &rows)
 void CListCtrlEx::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTableView::selectionChanged(selected, deselected);
-    if (m_isRestoring)
+    if (m_isRestoring) {
         return;
+    }
     m_kept.read(*selectionModel(), m_manager);
     viewport()->update();
 }
 
 void CListCtrlEx::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    if (m_isRestoring)
+    if (m_isRestoring) {
         return; // The base would bring the row into view.
+    }
     QTableView::currentChanged(current, previous);
     m_kept.read(*selectionModel(), m_manager);
     redrawRow(previous.row());
@@ -276,12 +287,14 @@ void CListCtrlEx::currentChanged(const QModelIndex &current, const QModelIndex &
 
 void CListCtrlEx::shareWidth()
 {
-    if (m_hasPersonsWidths)
+    if (m_hasPersonsWidths) {
         return;
+    }
     const QScopedValueRollback sharing(m_isSharing, true);
     const auto widths = columnWidths(viewport()->width());
-    for (std::size_t column = 0; column < widths.size(); ++column)
+    for (std::size_t column = 0; column < widths.size(); ++column) {
         setColumnWidth(static_cast<int>(column), widths[column]);
+    }
 }
 
 void CListCtrlEx::placeHint()
@@ -300,8 +313,9 @@ void CListCtrlEx::resizeEvent(QResizeEvent *event)
 void CListCtrlEx::changeEvent(QEvent *event)
 {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange && m_header != nullptr)
+    if (event->type() == QEvent::FontChange && m_header != nullptr) {
         measureRows();
+    }
 }
 
 void CListCtrlEx::keyPressEvent(QKeyEvent *event)
@@ -347,8 +361,9 @@ QModelIndex CListCtrlEx::moveCursor(CursorAction action, Qt::KeyboardModifiers m
 void CListCtrlEx::contextMenuEvent(QContextMenuEvent *event)
 {
     const auto rows = selectedRows();
-    if (rows.empty())
+    if (rows.empty()) {
         return;
+    }
     QPoint place = event->globalPos();
     if (event->reason() == QContextMenuEvent::Keyboard) {
         const QRect row = visualRect(m_model->index(rows.front(), kNameColumn));
@@ -363,8 +378,9 @@ void CListCtrlEx::contextMenuEvent(QContextMenuEvent *event)
 void CListCtrlEx::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (index.isValid() && event->button() == Qt::LeftButton)
+    if (index.isValid() && event->button() == Qt::LeftButton) {
         Q_EMIT rowActivated(index.row());
+    }
 }
 
 bool CListCtrlEx::viewportEvent(QEvent *event)

@@ -101,8 +101,9 @@ QFont badgeFont(QFont font, const QString &type, int width)
     font.setPixelSize(kPixels);
     font.setWeight(QFont::DemiBold);
     const int wanted = std::max(1, QFontMetrics(font).horizontalAdvance(type));
-    if (wanted > width)
+    if (wanted > width) {
         font.setStretch(std::max(kNarrowest, kUnstretched * width / wanted));
+    }
     return font;
 }
 
@@ -150,8 +151,9 @@ void paintStatus(QPainter &painter, const QRect &cell, const RowText &text, RowL
 {
     paintLine(painter, upperHalf(cell), Qt::AlignHCenter, text.status);
     paintLine(painter, lowerHalf(cell), Qt::AlignHCenter, text.detail);
-    if (text.bar)
+    if (text.bar) {
         paintBar(painter, lowerHalf(cell), *text.bar, look);
+    }
 }
 
 } // namespace
@@ -169,8 +171,9 @@ void RowPainter::paint(QPainter &target, const QRect &row,
     const auto cell = [&cells](ListColumn column) -> const QRect & {
         return cells[static_cast<std::size_t>(column)];
     };
-    for (const QRect &each : cells)
+    for (const QRect &each : cells) {
         paintGrid(painter, each);
+    }
     paintLine(painter, cell(ListColumn::Number), Qt::AlignLeft, text.number);
     paintName(painter, cell(ListColumn::Name), text);
     paintStatus(painter, cell(ListColumn::Status), text, look);
@@ -178,8 +181,9 @@ void RowPainter::paint(QPainter &target, const QRect &row,
     paintLine(painter, lowerHalf(cell(ListColumn::Speed)), Qt::AlignHCenter, text.timeLeft);
     paintWrapped(painter, cell(ListColumn::Target), text.target);
     paintWrapped(painter, cell(ListColumn::Mode), text.mode);
-    if (look == RowLook::PlainCurrent)
+    if (look == RowLook::PlainCurrent) {
         paintFrame(painter, row, kFocusedBack);
+    }
 }
 
 void RowPainter::paintName(QPainter &painter, const QRect &cell, const RowText &text) const

@@ -83,8 +83,9 @@ QModelIndexList TaskListModel::match(const QModelIndex &start, int /*role*/, con
     const QString typed = value.toString();
     for (int step = 0; step < m_count; ++step) {
         const int row = (std::max(0, start.row()) + step) % m_count;
-        if (m_names(row).startsWith(typed, Qt::CaseInsensitive))
+        if (m_names(row).startsWith(typed, Qt::CaseInsensitive)) {
             return {index(row, static_cast<int>(ListColumn::Name))};
+        }
     }
     return {};
 }

@@ -18,14 +18,16 @@ TEST(DownloadModePacking, splitsTwentySixIntoMethodSixAndQualityTwo)
 
 TEST(DownloadModePacking, givesEveryStoredValueBack)
 {
-    for (std::int32_t stored = -200; stored <= 200; ++stored)
+    for (std::int32_t stored = -200; stored <= 200; ++stored) {
         EXPECT_EQ(packDownloadMode(unpackDownloadMode(stored)), stored);
+    }
 }
 
 TEST(DownloadModePacking, givesTheLimitsOfTheStoredNumberBack)
 {
-    for (const std::int32_t stored : {INT32_MIN, INT32_MAX})
+    for (const std::int32_t stored : {INT32_MIN, INT32_MAX}) {
         EXPECT_EQ(packDownloadMode(unpackDownloadMode(stored)), stored);
+    }
 }
 
 TEST(TaskInfoDefaults, sizeIsUnknownTypeIsFlashVideoNamingFollowsTheTitle)

@@ -151,8 +151,9 @@ TEST_F(TaskWorkerTest, postsNowhereWithoutAnOwner)
 TEST_F(TaskWorkerTest, replacesProgressThatStillWaitsByTheNewest)
 {
     for (const TaskEventCode code : {TaskEventCode::Progress, TaskEventCode::ProgressUnknownSize}) {
-        for (std::uint64_t bytes = 1; bytes <= 100; ++bytes)
+        for (std::uint64_t bytes = 1; bytes <= 100; ++bytes) {
             worker.post(code, bytes);
+        }
         const std::vector<AppMessage> posted = events();
         ASSERT_EQ(posted.size(), 1U);
         EXPECT_EQ(posted.front().second, 100U);
@@ -248,8 +249,9 @@ TEST_F(TaskWorkerTest, isReadAndWrittenByManyThreadsAtOnce)
     const auto read = [this, &isTorn] {
         for (int round = 0; round < rounds; ++round) {
             const TaskInfo record = worker.record();
-            if (record.strOutputName != record.strCookies)
+            if (record.strOutputName != record.strCookies) {
                 isTorn = true;
+            }
             static_cast<void>(worker.progress());
             static_cast<void>(worker.state());
             worker.setState(TaskState::Stopping);
@@ -261,8 +263,9 @@ TEST_F(TaskWorkerTest, isReadAndWrittenByManyThreadsAtOnce)
     threads.emplace_back(write, u"two"_s);
     threads.emplace_back(read);
     threads.emplace_back(read);
-    for (std::thread &thread : threads)
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     EXPECT_FALSE(isTorn);
     EXPECT_EQ(worker.progress().bytesDownloaded, static_cast<std::uint32_t>(rounds - 1));
 }

@@ -40,8 +40,9 @@ TEST(SqliteException, knowsEveryNamedCode)
         "SQLITE_MISMATCH", "SQLITE_MISUSE",    "SQLITE_NOLFS",    "SQLITE_AUTH",
         "SQLITE_FORMAT",   "SQLITE_RANGE"};
     int code = 0;
-    for (const char *name : names)
+    for (const char *name : names) {
         EXPECT_EQ(CppSQLite3Exception::codeName(code++), QLatin1String(name));
+    }
     EXPECT_EQ(CppSQLite3Exception::codeName(100), u"SQLITE_ROW"_s);
     EXPECT_EQ(CppSQLite3Exception::codeName(101), u"SQLITE_DONE"_s);
     EXPECT_EQ(CppSQLite3Exception::codeName(1000), u"CPPSQLITE_ERROR"_s);
@@ -60,10 +61,12 @@ TEST(SqliteException, freesADetailThatSqliteAllocated)
 
 TEST(SqliteException, tellsADamagedFileAndABusyOne)
 {
-    for (const int code : {11, 24, 26})
+    for (const int code : {11, 24, 26}) {
         EXPECT_TRUE(CppSQLite3Exception(code).isDamagedFile()) << code;
-    for (const int code : {0, 1, 5, 8, 10, 13, 14, 19, 1000})
+    }
+    for (const int code : {0, 1, 5, 8, 10, 13, 14, 19, 1000}) {
         EXPECT_FALSE(CppSQLite3Exception(code).isDamagedFile()) << code;
+    }
     EXPECT_TRUE(CppSQLite3Exception(5).isBusy());
     EXPECT_TRUE(CppSQLite3Exception(6).isBusy());
     EXPECT_FALSE(CppSQLite3Exception(1).isBusy());

@@ -53,8 +53,9 @@ TEST(MemDc, aSurfaceServesManyRectangles)
         CMemDC memory(painter, rectangle, surface);
         memory.painter().fillRect(rectangle, color);
     }
-    for (const auto &[rectangle, color] : parts)
+    for (const auto &[rectangle, color] : parts) {
         EXPECT_EQ(target.pixelColor(rectangle.center()), color);
+    }
     EXPECT_EQ(target.pixelColor(10, 12), QColor(Qt::white));
 }
 
@@ -101,8 +102,9 @@ QImage stripes(qreal ratio, bool throughMemory)
 
 TEST(MemDc, showsTheSamePixelsAsDrawingAtOnceAtAnyRatio)
 {
-    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0})
+    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
         EXPECT_EQ(stripes(ratio, true), stripes(ratio, false)) << ratio;
+    }
 }
 
 TEST(MemDc, anEmptyRectangleShowsNothing)

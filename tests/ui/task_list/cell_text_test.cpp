@@ -23,8 +23,9 @@ QRect inkOf(Paint paint)
     QRect ink;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y) != QColor(Qt::white))
+            if (image.pixelColor(x, y) != QColor(Qt::white)) {
                 ink |= QRect(x, y, 1, 1);
+            }
         }
     }
     return ink;

@@ -21,8 +21,9 @@ protected:
         m_model.setHorizontalHeaderLabels({u"Name"_s, u"Status"_s, u"Speed"_s});
         m_header.setModel(&m_model);
         m_header.resize(3 * kWidth + 50, m_header.sizeHint().height());
-        for (int column = 0; column < 3; ++column)
+        for (int column = 0; column < 3; ++column) {
             m_header.resizeSection(column, kWidth);
+        }
         m_header.show();
     }
 
@@ -109,8 +110,9 @@ TEST_F(HeaderTest, isAGradientOverAThreePixelLine)
     EXPECT_NEAR(image.pixelColor(x, 0).red(), 219, 2);
     EXPECT_NEAR(image.pixelColor(x, height - 4).red(), 188, 6);
     EXPECT_EQ(image.pixelColor(x, height / 2).red(), image.pixelColor(x, height / 2).blue());
-    for (int line = 1; line <= 3; ++line)
+    for (int line = 1; line <= 3; ++line) {
         EXPECT_EQ(image.pixelColor(x, height - line), QColor(172, 168, 153));
+    }
     EXPECT_NE(image.pixelColor(x, height - 4), QColor(172, 168, 153));
 }
 
@@ -130,10 +132,12 @@ std::vector<int> arrowLines(const QImage &image, int column)
     std::vector<int> lines;
     for (int y = 0; y < image.height(); ++y) {
         int count = 0;
-        for (int x = (column + 1) * kWidth - 20; x < (column + 1) * kWidth; ++x)
+        for (int x = (column + 1) * kWidth - 20; x < (column + 1) * kWidth; ++x) {
             count += image.pixelColor(x, y) == color ? 1 : 0;
-        if (count > 0)
+        }
+        if (count > 0) {
             lines.push_back(count);
+        }
     }
     return lines;
 }

@@ -36,8 +36,9 @@ TEST(ListColumns, noEdgeMovesBackAsTheListGrows)
         Widths wider = columnWidths(width + 1);
         std::partial_sum(edges.begin(), edges.end(), edges.begin());
         std::partial_sum(wider.begin(), wider.end(), wider.begin());
-        for (std::size_t i = 0; i < edges.size(); ++i)
+        for (std::size_t i = 0; i < edges.size(); ++i) {
             EXPECT_LE(edges[i], wider[i]);
+        }
     }
 }
 

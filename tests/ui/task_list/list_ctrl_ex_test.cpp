@@ -181,8 +181,9 @@ public:
 
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint)
+        if (event->type() == QEvent::Paint) {
             m_painted += static_cast<QPaintEvent *>(event)->region();
+        }
         return false;
     }
 

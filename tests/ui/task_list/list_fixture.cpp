@@ -44,8 +44,9 @@ tasks::TaskWorker &ListTest::add(const tasks::TaskInfo &record)
 void ListTest::addMany(int count)
 {
     m_database->inTransaction([this, count] {
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             add();
+        }
     });
 }
 
@@ -61,8 +62,9 @@ void ListTest::show(const QSize &size)
 std::vector<std::uint32_t> ListTest::selectedIds() const
 {
     std::vector<std::uint32_t> ids;
-    for (const int row : m_list->selectedRows())
+    for (const int row : m_list->selectedRows()) {
         ids.push_back(m_manager->workerAt(row)->taskId());
+    }
     return ids;
 }
 

@@ -34,8 +34,9 @@ protected:
     void askForMenu(QContextMenuEvent::Reason reason, const QPoint &place)
     {
         QWidget *target = m_list->viewport();
-        if (reason == QContextMenuEvent::Keyboard)
+        if (reason == QContextMenuEvent::Keyboard) {
             target = m_list.get();
+        }
         QContextMenuEvent event(reason, place, target->mapToGlobal(place));
         QApplication::sendEvent(target, &event);
     }
@@ -95,8 +96,9 @@ TEST_F(ListKeysTest, keysInAnEmptyListDoNothing)
     show();
     QSignalSpy opened(m_list.get(), &CListCtrlEx::rowActivated);
     for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left,
-                              Qt::Key_PageDown, Qt::Key_Return, Qt::Key_A})
+                              Qt::Key_PageDown, Qt::Key_Return, Qt::Key_A}) {
         test::press(*m_list, key);
+    }
     EXPECT_EQ(opened.size(), 0);
     EXPECT_TRUE(m_list->selectedRows().empty());
 }

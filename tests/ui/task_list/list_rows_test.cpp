@@ -92,8 +92,9 @@ TEST_F(ListRowsTest, aListThatGrewShortShowsItsEnd)
     show();
     m_list->verticalScrollBar()->setValue(m_list->verticalScrollBar()->maximum());
     Rows most;
-    for (int row = 0; row < 80; ++row)
+    for (int row = 0; row < 80; ++row) {
         most.push_back(row);
+    }
     m_manager->removeTasks(most, FileOnRemoval::Keep);
     EXPECT_EQ(scrolled(), m_list->verticalScrollBar()->maximum());
     EXPECT_EQ(scrolled(), 20 * m_list->rowHeight() - m_list->viewport()->height());
@@ -145,8 +146,9 @@ TEST_F(ListRowsTest, thousandsOfScatteredSelectedRowsAreSortedWithoutDelay)
     addMany(kTasks);
     show();
     Rows scattered;
-    for (int row = 0; row < kTasks; row += 2)
+    for (int row = 0; row < kTasks; row += 2) {
         scattered.push_back(row);
+    }
     m_list->selectRows(scattered);
     QElapsedTimer clock;
     clock.start();

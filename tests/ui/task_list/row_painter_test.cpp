@@ -68,8 +68,9 @@ public:
             for (int x = area.left(); x <= area.right(); ++x) {
                 const QColor seen = middle(x, y);
                 if (isNear(seen.red(), color.red()) && isNear(seen.green(), color.green()) &&
-                    isNear(seen.blue(), color.blue()))
+                    isNear(seen.blue(), color.blue())) {
                     return true;
+                }
             }
         }
         return false;
@@ -168,8 +169,9 @@ TEST_P(RowPainting, coloursTheBadgeByItsType)
         {"SWF", {137, 135, 191}, {76, 74, 127}}, {"3GP", orangeTop, orangeBottom},
         {"flv", orangeTop, orangeBottom},        {"", orangeTop, orangeBottom},
     };
-    for (const BadgeCase &badge : cases)
+    for (const BadgeCase &badge : cases) {
         expectBadge(picture({.badge = QString::fromLatin1(badge.type)}), badge);
+    }
 }
 
 TEST_P(RowPainting, framesTheBadgeAtItsPlace)
@@ -177,8 +179,9 @@ TEST_P(RowPainting, framesTheBadgeAtItsPlace)
     const QColor frame(62, 62, 62);
     const Picture row = picture({.badge = u"MP4"_s});
     // The name cell begins at 40: the badge covers 45 to 69 and 2 to 12.
-    for (const QPoint corner : {QPoint(45, 2), QPoint(69, 2), QPoint(45, 12), QPoint(69, 12)})
+    for (const QPoint corner : {QPoint(45, 2), QPoint(69, 2), QPoint(45, 12), QPoint(69, 12)}) {
         EXPECT_EQ(row.at(corner.x(), corner.y()), frame);
+    }
     EXPECT_EQ(row.at(57, 2), frame);
     EXPECT_EQ(row.at(57, 12), frame);
     EXPECT_EQ(row.at(45, 7), frame);
@@ -251,8 +254,9 @@ TEST_P(RowPainting, leavesOtherPixelsOfTheScreenAlone)
     image.fill(Qt::magenta);
     QPainter target(&image);
     Cells moved = cells();
-    for (QRect &cell : moved)
+    for (QRect &cell : moved) {
         cell.translate(20, 30);
+    }
     RowPainter({}).paint(target, kRow.translated(20, 30), moved, {}, RowLook::Plain, QFont());
     const auto at = [&](int x, int y) { return image.pixelColor(int(x * ratio), int(y * ratio)); };
     EXPECT_EQ(at(20, 30), kBack);

@@ -294,8 +294,9 @@ TEST(RowText, theBarStandsOnlyWhereAPercentageDoes)
     EXPECT_EQ(textOf(source).bar, 0);
     source.progress.secondsLeft = 65'535;
     EXPECT_EQ(textOf(source).bar, std::nullopt);
-    for (const TaskState state : {TaskState::Waiting, TaskState::Failed, TaskState::Completed})
+    for (const TaskState state : {TaskState::Waiting, TaskState::Failed, TaskState::Completed}) {
         EXPECT_EQ(textOf(in(state)).bar, std::nullopt);
+    }
 }
 
 TEST(RowText, withoutASizeOnlyAStreamThatTellsItsPercentageHasABar)
