@@ -182,7 +182,7 @@ UpdateChecker::~UpdateChecker()
     }
 }
 
-bool UpdateChecker::isRunning()
+bool UpdateChecker::begin()
 {
     if (!m_thread) {
         m_thread = std::make_unique<platform::WorkerThread>([shared = m_shared] { shared->run(); });
@@ -195,7 +195,7 @@ bool UpdateChecker::isRunning()
 
 void UpdateChecker::check(CheckKind kind)
 {
-    if (!isRunning()) {
+    if (!begin()) {
         m_shared->tell(UpdateResult::Unreachable, kind);
         return;
     }

@@ -79,7 +79,8 @@ public:
 
 private:
     struct Shared;
-    [[nodiscard]] bool isRunning();
+    /// Begins the thread unless it has begun; false when the system has none left.
+    [[nodiscard]] bool begin();
 
     std::shared_ptr<Shared> m_shared;
     std::unique_ptr<platform::WorkerThread> m_thread; ///< null before the first check

@@ -100,8 +100,8 @@ constexpr std::array kTexts = {
     BuiltInText{u"strNoConverter", u" Quenmoor Converter has not been installed, please install it "
                                    u"with the setup package."},
     BuiltInText{u"strSkinProblems", u"The skin has faults; the built-in look stands in for them:"},
-    // The missing blank tells news from what was noticed before.
     BuiltInText{u"strUpdater", u"Tollivar Updater"},
+    // The missing blank tells news from what was noticed before.
     BuiltInText{u"strMsgUpdateNews",
                 u"A new version(%1) of Tollivar is available,would you like to download it "
                 u"now?\r\n\r\nWhat's New?\r\n%2\r\n\r\nClick Yes to download, click No to cancel."},
