@@ -30,15 +30,6 @@ QString schemeOf(const QString &address)
     return pattern.match(address).captured(1).toLower();
 }
 
-/// The schemes of streams; what they are fetched by is told apart by the scheme alone.
-bool isStreamScheme(const QString &scheme)
-{
-    static const QStringList kinds{QStringLiteral("rtmp"),  QStringLiteral("rtmpt"),
-                                   QStringLiteral("rtmpe"), QStringLiteral("rtmpte"),
-                                   QStringLiteral("rtmps"), QStringLiteral("rtmpts")};
-    return kinds.contains(scheme);
-}
-
 /// The last part of the address's path, percent-decoded.
 QString fileNameOf(const QString &address)
 {
@@ -62,10 +53,9 @@ void nameDirectFile(const TaskRequest &request, tasks::TaskInfo &task)
 /// A stream is its own media, and always comes as flash video, whatever it is called.
 void nameStream(const TaskRequest &request, tasks::TaskInfo &task)
 {
-    constexpr int kProtocolRtmp = 0;
     nameDirectFile(request, task);
     task.nModeLow = static_cast<int>(tasks::DownloadMethod::Direct);
-    task.nProtocol = kProtocolRtmp;
+    task.nProtocol = tasks::kProtocolRtmp;
     task.strFileType = QStringLiteral(".flv");
 }
 
@@ -92,14 +82,15 @@ Result<QString> checkedAddress(const QString &address)
         return failure(ErrorKind::AskUser, QStringLiteral("the address is too long"));
     }
     const QString scheme = schemeOf(trimmed);
-    const bool isStream = isStreamScheme(scheme);
-    if (!scheme.isEmpty() && scheme != u"http" && scheme != u"https" && !isStream) {
+    const bool isFetched =
+        scheme == u"http" || scheme == u"https" || fetch::isStreamAddress(trimmed);
+    if (!scheme.isEmpty() && !isFetched) {
         return failure(ErrorKind::AskUser,
                        QStringLiteral("addresses of the kind \"%1:\" are not fetched; give one "
                                       "that begins with http://, https:// or rtmp://")
                            .arg(scheme));
     }
-    const QString complete = isStream ? trimmed : fetch::ensureScheme(trimmed);
+    const QString complete = fetch::ensureScheme(trimmed);
     if (QUrl(complete).host().isEmpty()) {
         return failure(ErrorKind::AskUser, QStringLiteral("\"%1\" is not an address").arg(trimmed));
     }
@@ -127,7 +118,7 @@ Result<tasks::TaskInfo> newTask(const TaskRequest &request)
         name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
         task.strOutputName = name;
     }
-    if (isStreamScheme(schemeOf(task.strOriURL))) {
+    if (fetch::isStreamAddress(task.strOriURL)) {
         nameStream(request, task);
     } else if (request.method == tasks::DownloadMethod::Direct) {
         nameDirectFile(request, task);

@@ -2,6 +2,7 @@
 
 #include "platform/build_config.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tollivar::fetch {
@@ -18,6 +19,12 @@ constexpr std::array<QLatin1StringView, 5> kSizes = {
 
 /// Characters of an address that name a page whose title is not known yet.
 constexpr qsizetype kNameFromAddressEnd = 8;
+
+/// What streams are fetched by is told apart by the scheme alone.
+constexpr std::array kStreamSchemes = {
+    QLatin1StringView("rtmp://"),   QLatin1StringView("rtmpt://"), QLatin1StringView("rtmpe://"),
+    QLatin1StringView("rtmpte://"), QLatin1StringView("rtmps://"), QLatin1StringView("rtmpts://"),
+};
 
 } // namespace
 
@@ -40,11 +47,19 @@ QString addressForParser(const QString &address, int quality)
            address.mid(place + watch.size()) + kSizes.at(size);
 }
 
+bool isStreamAddress(const QString &address)
+{
+    return std::any_of(kStreamSchemes.begin(), kStreamSchemes.end(),
+                       [&address](QLatin1StringView scheme) {
+                           return address.startsWith(scheme, Qt::CaseInsensitive);
+                       });
+}
+
 QString ensureScheme(const QString &address)
 {
     const bool hasScheme = address.startsWith(u"http://", Qt::CaseInsensitive) ||
                            address.startsWith(u"https://", Qt::CaseInsensitive);
-    return hasScheme ? address : QStringLiteral("http://") + address;
+    return hasScheme || isStreamAddress(address) ? address : QStringLiteral("http://") + address;
 }
 
 std::optional<QString> watchPageId(const QString &address)

@@ -12,7 +12,11 @@ namespace tollivar::fetch {
 /// `TaskInfo::nModeHigh`); addresses of other sites come back unchanged.
 [[nodiscard]] QString addressForParser(const QString &address, int quality);
 
-/// "http://" in front of an address that begins with neither http:// nor https://.
+/// Whether the address is that of a stream: it begins with rtmp:// or one of its kinds.
+[[nodiscard]] bool isStreamAddress(const QString &address);
+
+/// "http://" in front of an address that begins with neither http:// nor https:// and is none of a
+/// stream.
 [[nodiscard]] QString ensureScheme(const QString &address);
 
 /// What follows the watch-page prefix, parameters included; nothing for any other address, and for

@@ -11,8 +11,10 @@ namespace tollivar::tasks {
 /// `TaskInfo::dwSize` while the size is not known.
 inline constexpr std::uint32_t kUnknownSize = 0xFFFFFFFF;
 
-/// `TaskInfo::nProtocol` of a media address that is fetched over HTTP; all others are RTMP.
+/// `TaskInfo::nProtocol` of a media address that is fetched over HTTP; all others are RTMP, and the
+/// program itself writes this one.
 inline constexpr int kProtocolHttp = 1;
+inline constexpr int kProtocolRtmp = 0;
 
 /// The record of one download: what was asked for, what was found, where the result goes and how
 /// far it got.

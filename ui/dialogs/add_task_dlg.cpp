@@ -279,6 +279,13 @@ void CAddTaskDlg::readMode()
         break;
     }
     m_task.nModeHigh = quality.isVisibleTo(this) ? quality.currentIndex() : 0;
+    if (fetch::isStreamAddress(m_task.strOriURL)) {
+        // A stream is its own media, and comes as flash video, whatever the page modes say.
+        m_task.nModeLow = static_cast<int>(tasks::DownloadMethod::Direct);
+        m_task.nProtocol = tasks::kProtocolRtmp;
+        m_task.strDownloadUrl = m_task.strOriURL;
+        m_task.strFileType = u".flv"_s;
+    }
 }
 
 } // namespace tollivar::ui

@@ -54,6 +54,21 @@ TEST(SiteUrl, aMissingSchemeIsPutInFront)
     EXPECT_EQ(ensureScheme(QStringLiteral("http://a.org")), QStringLiteral("http://a.org"));
 }
 
+TEST(SiteUrl, aStreamKeepsItsOwnScheme)
+{
+    for (const char *scheme : {"rtmp", "rtmpe", "RTMPT", "rtmpte", "rtmps", "rtmpts"}) {
+        const QString stream =
+            QString::fromLatin1(scheme) + QStringLiteral("://media.example/app/show");
+        EXPECT_TRUE(isStreamAddress(stream)) << scheme;
+        EXPECT_EQ(ensureScheme(stream), stream);
+    }
+    for (const char *text : {"rtmp.example/page", "rtmp:show", "rtmpx://a.org/b", "rtmpd"}) {
+        const QString address = QString::fromLatin1(text);
+        EXPECT_FALSE(isStreamAddress(address)) << text;
+        EXPECT_EQ(ensureScheme(address), QStringLiteral("http://") + address);
+    }
+}
+
 TEST(SiteUrl, theIdIsWhatFollowsTheWatchPrefixParametersIncluded)
 {
     EXPECT_EQ(watchPageId(kWatch), QStringLiteral("abc"));

@@ -150,6 +150,20 @@ TEST_F(AddTaskDlgTest, anAddressWithoutSchemeGetsOneAndItsEndBecomesTheName)
     EXPECT_EQ(m_world.settings().GetLastFolder(), m_world.sandbox().path());
 }
 
+TEST_F(AddTaskDlgTest, aTypedStreamIsFetchedAsItIs)
+{
+    const QString stream = u"rtmp://media.example/live/evening"_s;
+    open(stream);
+    EXPECT_EQ(download(), QString());
+    const tasks::TaskInfo &task = m_dialog->task();
+    EXPECT_EQ(task.strOriURL, stream);
+    EXPECT_EQ(task.strDownloadUrl, stream);
+    EXPECT_EQ(task.nProtocol, tasks::kProtocolRtmp);
+    EXPECT_EQ(task.nModeLow, static_cast<int>(tasks::DownloadMethod::Direct));
+    EXPECT_EQ(task.strFileType, u".flv"_s);
+    EXPECT_EQ(task.strOutputName, u"-evening"_s);
+}
+
 TEST_F(AddTaskDlgTest, aWatchPageIsNamedAfterItsVideo)
 {
     CAddTaskDlg &dialog = open(kWatchPage + u"abc"_s);
