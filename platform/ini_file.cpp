@@ -167,6 +167,27 @@ QString onOneLine(QStringView value)
     return line;
 }
 
+/// Replaces the key's line, or inserts one behind the section's last.
+void set(QString &text, const IniFile::Value &value)
+{
+    const QString line = onOneLine(value.key) + QLatin1Char('=') + onOneLine(value.value);
+    const QString lineEnd = QStringLiteral("\r\n");
+    const Place place = find(text, value.section, value.key);
+    const auto endLine = [&](qsizetype position) {
+        const bool isOpen =
+            position > 0 && text[position - 1] != u'\n' && text[position - 1] != u'\r';
+        return isOpen ? lineEnd : QString();
+    };
+    if (place.hasKey) {
+        text.replace(place.begin, place.end - place.begin, line);
+    } else if (place.hasSection) {
+        text.insert(place.begin, endLine(place.begin) + line + lineEnd);
+    } else {
+        text += endLine(text.size()) + QLatin1Char('[') + onOneLine(value.section) +
+                QStringLiteral("]\r\n") + line + lineEnd;
+    }
+}
+
 } // namespace
 
 IniFile::IniFile(QString path) : m_path(std::move(path)) {}
@@ -189,6 +210,11 @@ QHash<QString, QString> IniFile::readSection(QStringView section) const
 
 Result<void> IniFile::write(QStringView section, QStringView key, QStringView value) const
 {
+    return write({{section.toString(), key.toString(), value.toString()}});
+}
+
+Result<void> IniFile::write(const std::vector<Value> &values) const
+{
     Content content;
     if (exists(m_path)) {
         auto loaded = load(m_path);
@@ -197,21 +223,8 @@ Result<void> IniFile::write(QStringView section, QStringView key, QStringView va
         }
         content = std::move(*loaded);
     }
-    const QString line = onOneLine(key) + QLatin1Char('=') + onOneLine(value);
-    const QString lineEnd = QStringLiteral("\r\n");
-    const Place place = find(content.text, section, key);
-    const auto endLine = [&](qsizetype position) {
-        const bool isOpen = position > 0 && content.text[position - 1] != u'\n' &&
-                            content.text[position - 1] != u'\r';
-        return isOpen ? lineEnd : QString();
-    };
-    if (place.hasKey) {
-        content.text.replace(place.begin, place.end - place.begin, line);
-    } else if (place.hasSection) {
-        content.text.insert(place.begin, endLine(place.begin) + line + lineEnd);
-    } else {
-        content.text += endLine(content.text.size()) + QLatin1Char('[') + onOneLine(section) +
-                        QStringLiteral("]\r\n") + line + lineEnd;
+    for (const Value &value : values) {
+        set(content.text, value);
     }
     return replaceFile(m_path, encode(content));
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <vector>
+
 namespace tollivar::platform {
 
 /// Sections and keys of one INI file, read and written as the classic private-profile routines do.
@@ -33,6 +35,14 @@ public:
     /// the new one. A new file begins as UTF-16LE with its mark. Line breaks in the value are
     /// replaced by blanks.
     [[nodiscard]] Result<void> write(QStringView section, QStringView key, QStringView value) const;
+
+    /// Sets many values as one write would, in their order.
+    struct Value {
+        QString section;
+        QString key;
+        QString value;
+    };
+    [[nodiscard]] Result<void> write(const std::vector<Value> &values) const;
 
     [[nodiscard]] const QString &path() const { return m_path; }
 

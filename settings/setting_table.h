@@ -33,6 +33,17 @@ inline constexpr Setting kTrayInfoShowTime{kWindowSection, QLatin1StringView("TR
 /// Where the drop zone floats, "x,y" on the screen; empty: in the upper right corner.
 inline constexpr Setting kDropZonePlace{kWindowSection, QLatin1StringView("DROPZONE_PLACE"),
                                         SettingType::Text, QLatin1StringView("")};
+/// Where the main window stood, "x,y,width,height" on the screens; empty: nowhere yet.
+inline constexpr Setting kWindowPlace{kWindowSection, QLatin1StringView("WINDOW_PLACE"),
+                                      SettingType::Text, QLatin1StringView("")};
+inline constexpr Setting kWindowMaximised{kWindowSection, QLatin1StringView("WINDOW_MAXIMIZED"),
+                                          SettingType::Flag, kFalse};
+/// Of the list's columns from the left, "40,180,…"; empty: they share the list.
+inline constexpr Setting kColumnWidths{kWindowSection, QLatin1StringView("COLUMN_WIDTHS"),
+                                       SettingType::Text, QLatin1StringView("")};
+/// What is done with "layout.ini"; 2 gives windows the places in it.
+inline constexpr Setting kLayoutMode{kWindowSection, QLatin1StringView("LAYOUT_MODE"),
+                                     SettingType::Number, QLatin1StringView("0")};
 inline constexpr Setting kOpenFolder{kWindowSection, QLatin1StringView("OPEN_FOLDER"),
                                      SettingType::Flag, kFalse};
 inline constexpr Setting kOverwriteExist{kWindowSection, QLatin1StringView("OVERWRITE_EXIST"),
@@ -65,6 +76,10 @@ inline constexpr std::array kSettingTable = {
     keys::kLanguage,
     keys::kTrayInfoShowTime,
     keys::kDropZonePlace,
+    keys::kWindowPlace,
+    keys::kWindowMaximised,
+    keys::kColumnWidths,
+    keys::kLayoutMode,
     keys::kOpenFolder,
     keys::kOverwriteExist,
     keys::kNoRemindFlashVersion,

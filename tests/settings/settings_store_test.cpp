@@ -103,7 +103,7 @@ TEST(SettingTable, holdsEveryKeyOnce)
     for (const Setting &setting : kSettingTable) {
         names.insert(setting.section.toString() + setting.key.toString());
     }
-    EXPECT_EQ(names.size(), 15U);
+    EXPECT_EQ(names.size(), 19U);
 }
 
 } // namespace

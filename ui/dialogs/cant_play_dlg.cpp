@@ -23,6 +23,8 @@ constexpr std::array kControls = {
 
 constexpr std::uint32_t kFirstUsableMajor = 9;
 
+const QString kLayoutSection = u"DIALOG_CANTPLAY"_s;
+
 QString numbers(const platform::FlashVersion &version)
 {
     return u"%1,%2,%3,%4"_s.arg(version[0]).arg(version[1]).arg(version[2]).arg(version[3]);
@@ -55,7 +57,7 @@ CCantPlayDlg::CCantPlayDlg(QWidget *owner, const settings::SettingsStore &settin
     control<DuiLib::CTextUI>("textFlashIEVersion"_L1).setMarkup(versionText(version, texts));
     control<QCheckBox>("chkDonotShowMsg"_L1)
         .setChecked(m_settings.flag(settings::keys::kNoRemindFlashVersion));
-    restoreLayout(*this, u"DIALOG_CANTPLAY"_s);
+    restoreLayout(*this, kLayoutSection);
 }
 
 void CCantPlayDlg::Notify(const DuiLib::SkinEvent &event)
@@ -77,6 +79,12 @@ void CCantPlayDlg::reject()
                        control<QCheckBox>("chkDonotShowMsg"_L1).isChecked());
     Q_EMIT choiceStored();
     CUILibDialog::reject();
+}
+
+void CCantPlayDlg::done(int result)
+{
+    saveLayout(*this, kLayoutSection);
+    CUILibDialog::done(result);
 }
 
 } // namespace tollivar::ui

@@ -30,6 +30,7 @@ Q_SIGNALS:
 
 private:
     void reject() override;
+    void done(int result) override;
 
     const settings::SettingsStore &m_settings;
 };

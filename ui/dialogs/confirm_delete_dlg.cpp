@@ -45,4 +45,10 @@ void CConfirmDeleteDlg::Notify(const DuiLib::SkinEvent &event)
     }
 }
 
+void CConfirmDeleteDlg::done(int result)
+{
+    saveLayout(*this, kSection);
+    CUILibDialog::done(result);
+}
+
 } // namespace tollivar::ui

@@ -21,6 +21,8 @@ public:
     void Notify(const DuiLib::SkinEvent &event) override;
 
 private:
+    void done(int result) override;
+
     tasks::FileOnRemoval m_files = tasks::FileOnRemoval::Keep;
 };
 

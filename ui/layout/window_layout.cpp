@@ -1,7 +1,6 @@
 #include "ui/layout/window_layout.h"
 
 #include "platform/ini_file.h"
-#include "platform/paths.h"
 
 #include <QFont>
 #include <QFontInfo>
@@ -97,20 +96,14 @@ auto namedControls(Window &window)
     return controls;
 }
 
-void store(const platform::IniFile &file, const QString &section, const QString &key,
-           const QString &value)
-{
-    if (const auto written = file.write(section, key, value); !written) {
-        qWarning("layout.ini: %s", qPrintable(written.error().text));
-    }
-}
+using Values = std::vector<platform::IniFile::Value>;
 
-void storeOne(const platform::IniFile &file, const QString &section, const QString &key,
-              const QRect &rectangle, const QFont &font)
+void addOne(Values &values, const QString &section, const QString &key, const QRect &rectangle,
+            const QFont &font)
 {
-    store(file, section, key, rectangleText(rectangle));
-    store(file, section + u"_FONT"_s, key, fontText(font));
-    store(file, section + u"_FONT"_s, key + u"_FaceName"_s, font.family());
+    values.push_back({section, key, rectangleText(rectangle)});
+    values.push_back({section + u"_FONT"_s, key, fontText(font)});
+    values.push_back({section + u"_FONT"_s, key + u"_FaceName"_s, font.family()});
 }
 
 void restoreFont(const platform::IniFile &file, const QString &section, const QString &key,
@@ -124,6 +117,12 @@ void restoreFont(const platform::IniFile &file, const QString &section, const QS
 
 } // namespace
 
+LayoutMode layoutModeOf(int number)
+{
+    return number == static_cast<int>(LayoutMode::Restore) ? LayoutMode::Restore
+                                                           : LayoutMode::Ignore;
+}
+
 void setLayoutMode(LayoutMode mode)
 {
     layoutMode = mode;
@@ -131,18 +130,23 @@ void setLayoutMode(LayoutMode mode)
 
 QString layoutPath()
 {
-    return platform::programDirectory() + u"/layout.ini"_s;
+    return u"layout.ini"_s;
 }
 
 void saveLayout(const QWidget &window, const QString &section, const QString &path)
 {
-    const platform::IniFile file(path);
-    storeOne(file, section, section, QRect(QPoint(0, 0), window.size()), window.font());
+    Values values;
+    addOne(values, section, section, QRect(QPoint(0, 0), window.size()), window.font());
     const auto controls = namedControls(window);
     for (qsizetype number = 0; number < controls.size(); ++number) {
         const QWidget &control = *controls[number];
         const QRect place(control.mapTo(&window, QPoint(0, 0)), control.size());
-        storeOne(file, section, QString::number(number), place, control.font());
+        addOne(values, section, QString::number(number), place, control.font());
+    }
+    const auto written = platform::IniFile(path).write(values);
+    // Who designs nothing misses nothing: an installed program's folder is not the person's.
+    if (!written && layoutMode == LayoutMode::Restore) {
+        qWarning("layout.ini: %s", qPrintable(written.error().text));
     }
 }
 

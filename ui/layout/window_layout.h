@@ -14,8 +14,10 @@ namespace tollivar::ui {
 /// What the program does with stored layouts; only Restore reads them.
 enum class LayoutMode : int { Ignore = 0, Restore = 2 };
 void setLayoutMode(LayoutMode mode);
+/// Every number but that of Restore means Ignore.
+[[nodiscard]] LayoutMode layoutModeOf(int number);
 
-/// "layout.ini" beside the program.
+/// "layout.ini" in the working folder, which the program makes its own.
 [[nodiscard]] QString layoutPath();
 
 /// Writes rectangle and font of the window and of every named control of it.

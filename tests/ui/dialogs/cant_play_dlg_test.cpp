@@ -4,6 +4,7 @@
 #include "ui/skin/text_ui.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QPointer>
 #include <QSignalSpy>
 
@@ -26,6 +27,10 @@ protected:
         return test::control<DuiLib::CTextUI>(*m_dialog, u"textFlashIEVersion"_s)->markup();
     }
 
+    /// Layouts are kept in the working folder.
+    void SetUp() override { QDir::setCurrent(m_world.sandbox().path()); }
+    void TearDown() override { QDir::setCurrent(QDir::rootPath()); }
+
     test::WindowWorld m_world;
     WindowTexts m_texts = m_world.texts();
     QPointer<CCantPlayDlg> m_dialog;
@@ -38,6 +43,14 @@ TEST_F(CantPlayDlgTest, withoutAPlayerItTellsTheOldVersionByZeros)
               u"{b}Your current flash player version is too old (0,0,0,0), you may need to "
               u"upgrade your flash player to download videos.{/b}"_s);
     m_dialog->close();
+}
+
+TEST_F(CantPlayDlgTest, itsLayoutIsStoredWhenItCloses)
+{
+    for (const QString &button : {u"btnOK"_s, u"btnCancel"_s}) {
+        test::click(*test::control(open({}), button));
+        EXPECT_TRUE(QFile::remove(u"layout.ini"_s)) << button.toStdString();
+    }
 }
 
 TEST_F(CantPlayDlgTest, theNinthMajorVersionIsNewEnough)

@@ -1,8 +1,11 @@
+#include "tests/support/sandbox.h"
 #include "tests/support/window_driver.h"
 #include "tests/ui/window_world.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
+#include "ui/layout/window_layout.h"
 #include "ui/skin/paint_manager.h"
 
+#include <QDir>
 #include <QRadioButton>
 
 #include <gtest/gtest.h>
@@ -40,8 +43,45 @@ Asked ask(const QString &option, const QString &button)
 
 class ConfirmDeleteDlg : public ::testing::Test {
 protected:
-    void SetUp() override { test::useDefaultSkin(); }
+    void SetUp() override
+    {
+        test::useDefaultSkin();
+        // Layouts are kept in the working folder.
+        QDir::setCurrent(m_sandbox.path());
+    }
+    void TearDown() override
+    {
+        setLayoutMode(LayoutMode::Ignore);
+        QDir::setCurrent(QDir::rootPath());
+    }
+
+    test::Sandbox m_sandbox;
 };
+
+TEST_F(ConfirmDeleteDlg, itsLayoutIsStoredHoweverItClosesAndReturnsInTheModeForIt)
+{
+    QSize size;
+    for (const QString &button : {u"btnOK"_s, u"btnCancel"_s, u"btnClose"_s}) {
+        CConfirmDeleteDlg dialog(nullptr, noText);
+        size = dialog.size() + QSize(31, 17);
+        dialog.show();
+        dialog.resize(size);
+        test::click(*test::control(dialog, button));
+        EXPECT_TRUE(QFile::exists(u"layout.ini"_s)) << button.toStdString();
+        if (button != u"btnClose"_s) {
+            QFile::remove(u"layout.ini"_s);
+        }
+    }
+    EXPECT_NE(CConfirmDeleteDlg(nullptr, noText).size(), size);
+    setLayoutMode(LayoutMode::Restore);
+    EXPECT_EQ(CConfirmDeleteDlg(nullptr, noText).size(), size);
+}
+
+TEST_F(ConfirmDeleteDlg, aFolderThatCannotBeWrittenIsNoTrouble)
+{
+    QDir::setCurrent(u"/proc"_s);
+    EXPECT_EQ(ask({}, u"btnOK"_s).result, QDialog::Accepted);
+}
 
 TEST_F(ConfirmDeleteDlg, keepsFilesUnlessTheyAreChosen)
 {

@@ -88,6 +88,14 @@ TEST_F(WindowLayout, onlyTheModeForItRestoresAnything)
     EXPECT_EQ(window->face.size(), QSize(200, 100));
 }
 
+TEST_F(WindowLayout, onlyTwoIsTheModeForIt)
+{
+    EXPECT_EQ(layoutModeOf(2), LayoutMode::Restore);
+    for (const int number : {0, 1, 3, -2, 22}) {
+        EXPECT_EQ(layoutModeOf(number), LayoutMode::Ignore) << number;
+    }
+}
+
 TEST_F(WindowLayout, absurdAndMalformedEntriesArePassedOver)
 {
     for (const QString &stored :
