@@ -84,6 +84,8 @@ constexpr std::array kTexts = {
     BuiltInText{u"strTotals", u"%1 downloading, %2 waiting"},
     BuiltInText{u"strListName", u"Tasks"},
     BuiltInText{u"strEmptyList", u"Paste, drop or type an address"},
+    BuiltInText{u"strEmptyDownloading", u"Nothing is being downloaded"},
+    BuiltInText{u"strEmptyDownloaded", u"Nothing downloaded yet"},
     BuiltInText{u"strDropHint", u"Let go to add a task"},
     BuiltInText{u"strDropZone", u"Drop Zone"},
     BuiltInText{u"strTrayBalloon",

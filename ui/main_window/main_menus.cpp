@@ -1,5 +1,7 @@
 #include "ui/main_window/main_menus.h"
 
+#include "ui/main_window/window_keys.h"
+
 #include <QAction>
 #include <QActionGroup>
 
@@ -13,6 +15,31 @@ MainMenus::MainMenus(const WindowTexts &texts, const Command &command) : m_texts
     fill(m_help, language::helpMenu(), command);
     fill(m_list, language::listMenu(), command);
     fill(m_tray, language::trayMenu(), command);
+    // Not in the tray's menu: it is used while the window, whose keys they are, is not.
+    showKeys(m_help);
+    showKeys(m_list);
+}
+
+void MainMenus::showKeys(QMenu &menu)
+{
+    const auto actions = menu.actions();
+    for (QAction *action : actions) {
+        // To be read only: a menu that belongs to no window takes no keys while it is closed.
+        action->setShortcut(keysOf(action->data().toInt()));
+        action->setShortcutVisibleInContextMenu(true);
+    }
+}
+
+void MainMenus::enableListBy(const Availability &isAvailable)
+{
+    QObject::connect(&m_list, &QMenu::aboutToShow, &m_list, [this, isAvailable] {
+        const auto actions = m_list.actions();
+        for (QAction *action : actions) {
+            if (const int command = action->data().toInt(); command != 0) {
+                action->setEnabled(isAvailable(command));
+            }
+        }
+    });
 }
 
 void MainMenus::fill(QMenu &menu, const language::MenuTable &table, const Command &command)
@@ -64,10 +91,13 @@ void MainMenus::fillLanguages(QMenu &popup) const
     popup.clear();
     auto *group = new QActionGroup(&popup);
     const QStringList names = m_texts.languages();
+    // Nobody has chosen yet: the built-in texts are English.
+    const QString chosen =
+        m_texts.currentLanguage().isEmpty() ? u"English"_s : m_texts.currentLanguage();
     for (const QString &name : names) {
         QAction *action = popup.addAction(QString(name).replace(u'&', u"&&"_s));
         action->setCheckable(true);
-        action->setChecked(name == m_texts.currentLanguage());
+        action->setChecked(name == chosen);
         group->addAction(action);
         QObject::connect(action, &QAction::triggered, action,
                          [this, name] { m_texts.applyLanguage(name); });

@@ -20,11 +20,16 @@ public:
     /// The profiles that the selected tasks can be converted to now; empty: none.
     using Profiles = std::function<QStringList()>;
     using Convert = std::function<void(const QString &profile)>;
+    /// Whether a command could do anything now.
+    using Availability = std::function<bool(int command)>;
 
     /// Runs `command` with the number of a chosen entry. `texts` is borrowed.
     MainMenus(const WindowTexts &texts, const Command &command);
     /// Ends the list's menu with the choice of profiles, which asks each time it opens.
     void addProfiles(const Profiles &profiles, const Convert &convert);
+
+    /// Greys out what could do nothing each time the list's menu opens.
+    void enableListBy(const Availability &isAvailable);
 
     [[nodiscard]] QMenu &help() { return m_help; }
     [[nodiscard]] QMenu &list() { return m_list; }
@@ -34,6 +39,7 @@ public:
 
 private:
     void fill(QMenu &menu, const language::MenuTable &table, const Command &command);
+    static void showKeys(QMenu &menu);
     void rename(QMenu &menu, const language::MenuTable &table) const;
     void fillLanguages(QMenu &popup) const;
 

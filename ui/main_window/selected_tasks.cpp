@@ -2,6 +2,7 @@
 
 #include "app/language/menu_tables.h"
 #include "convert/profile_table.h"
+#include "platform/file_ops.h"
 #include "ui/main_window/task_details.h"
 
 #include <QClipboard>
@@ -88,6 +89,31 @@ void SelectedTasks::runOn(int command, const std::vector<TaskInfo> &tasks)
         break;
     default:
         break;
+    }
+}
+
+bool SelectedTasks::can(int command) const
+{
+    const auto selected = records();
+    const auto hasFile = [](const TaskInfo &task) { return platform::exists(task.outputPath()); };
+    const auto any = [&selected](const auto &isSo) {
+        return std::any_of(selected.begin(), selected.end(), isSo);
+    };
+    switch (command) {
+    case commands::kPlay:
+    case commands::kPlayInPlayer:
+    case commands::kBrowseFile:
+        return !selected.empty() && hasFile(selected.front());
+    case commands::kConvert:
+        return any(hasFile);
+    case commands::kCopyWebAddress:
+        return any([](const TaskInfo &task) { return !task.strOriURL.isEmpty(); });
+    case commands::kCopyFileAddress:
+        return any([](const TaskInfo &task) { return !task.strDownloadUrl.isEmpty(); });
+    case commands::kOpenWebPage:
+        return !selected.empty() && !selected.front().strOriURL.isEmpty();
+    default:
+        return true;
     }
 }
 

@@ -27,6 +27,8 @@ public:
 
     /// Does what the entry of the list's menu does; nothing for other commands.
     void run(int command);
+    /// Whether the entry of the list's menu could do anything with them; true for other commands.
+    [[nodiscard]] bool can(int command) const;
     void play();
     /// Plays that row's task, whichever are selected.
     void playRow(int row);

@@ -5,6 +5,8 @@
 #include "settings/general_options.h"
 #include "ui/main_window/caption_texts.h"
 #include "ui/main_window/main_menus.h"
+#include "ui/main_window/window_keys.h"
+#include "ui/main_window/window_memory.h"
 #include "ui/skin/text_ui.h"
 
 #include <QClipboard>
@@ -77,9 +79,23 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
     m_totals = std::make_unique<TotalsLine>(control<QLabel>("ctrlhide"_L1), m_services.manager,
                                             m_services.texts.text);
     applyLanguage();
+    giveListTheKeyboard();
+    m_memory = std::make_unique<WindowMemory>(*this, *m_list, m_services.settings);
 }
 
 CTollivarDlg::~CTollivarDlg() = default;
+
+void CTollivarDlg::giveListTheKeyboard()
+{
+    // A click on a button leaves it there: the next key is for what is selected.
+    const auto buttons = findChildren<QToolButton *>();
+    for (QToolButton *tool : buttons) {
+        if (tool->focusPolicy() == Qt::StrongFocus) {
+            tool->setFocusPolicy(Qt::TabFocus);
+        }
+    }
+    m_list->setFocus();
+}
 
 platform::AppMessagePort CTollivarDlg::port() const
 {
@@ -110,7 +126,7 @@ void CTollivarDlg::bindList()
     m_selected =
         std::make_unique<SelectedTasks>(*m_list, m_services.manager, m_services.texts.text);
     connect(m_list, &CListCtrlEx::addWanted, this, &CTollivarDlg::addTask);
-    connect(m_list, &CListCtrlEx::removeWanted, this, &CTollivarDlg::removeSelected);
+    connect(m_list, &CListCtrlEx::selectionMayDiffer, this, &CTollivarDlg::enableButtons);
     connect(m_list, &CListCtrlEx::toggleWanted, this, &CTollivarDlg::toggleSelected);
     connect(m_list, &CListCtrlEx::rowActivated, m_selected.get(), &SelectedTasks::playRow);
     connect(m_list, &CListCtrlEx::menuWanted, this,
@@ -130,6 +146,7 @@ void CTollivarDlg::bindMenus()
         std::make_unique<MainMenus>(m_services.texts, [this](int command) { runCommand(command); });
     m_menus->addProfiles([this] { return m_selected->profiles(); },
                          [this](const QString &profile) { m_selected->convertTo(profile); });
+    m_menus->enableListBy([this](int command) { return m_selected->can(command); });
     m_menus->addCopyDetails([this] { m_selected->copyDetails(); });
 }
 
@@ -148,23 +165,29 @@ void CTollivarDlg::bindTray()
 
 void CTollivarDlg::bindKeys()
 {
-    const auto bind = [this](const QKeySequence &keys, auto action) {
-        auto *shortcut = new QShortcut(keys, this);
+    const auto bind = [this](QKeyCombination keys, auto action) {
+        auto *shortcut = new QShortcut(QKeySequence(keys), this);
         connect(shortcut, &QShortcut::activated, this, action);
     };
-    bind(QKeySequence::New, [this] { addTask(); });
-    bind(QKeySequence::Paste, [this] {
+    for (const WindowKey &key : windowKeys()) {
+        if (key.command == 0) {
+            bind(key.keys, [this, name = QString(key.button)] { handleClick(name); });
+        } else {
+            bind(key.keys, [this, command = key.command] {
+                if (m_selected->can(command)) {
+                    runCommand(command);
+                }
+            });
+        }
+    }
+    bind(Qt::CTRL | Qt::Key_A, [this] { m_list->selectAll(); });
+    bind(Qt::CTRL | Qt::Key_V, [this] {
         // The system has none when no program owns the clipboard.
         const QMimeData *copied = QGuiApplication::clipboard()->mimeData();
         m_intake.offerAddress(copied == nullptr ? QString() : addressIn(*copied),
                               AddressOrigin::Dropped);
     });
-    bind(QKeySequence(Qt::CTRL | Qt::Key_B), [this] { Q_EMIT browserWanted(false); });
-    bind(QKeySequence(Qt::Key_F5), [this] { startSelected(); });
-    bind(QKeySequence(Qt::Key_F6), [this] { stopSelected(); });
-    bind(QKeySequence(Qt::Key_F1), [this] { Q_EMIT helpWanted(); });
-    bind(QKeySequence::Quit, [this] { Q_EMIT exitWanted(); });
-    bind(QKeySequence(Qt::Key_F10), [this] { handleClick(u"btnMenu"_s); });
+    bind(Qt::CTRL | Qt::Key_B, [this] { Q_EMIT browserWanted(false); });
 }
 
 void CTollivarDlg::applyOptions()
@@ -201,20 +224,25 @@ void CTollivarDlg::applyLanguage()
     for (const auto &[name, label, tip] : kNamed) {
         QToolButton &control = button(name);
         control.setText(text(label));
-        control.setToolTip(text(tip));
+        control.setToolTip(withKeys(text(tip), keysOf(name)));
         control.setAccessibleName(text(tip));
     }
     m_list->applyLanguage();
     showFlashNote();
     refreshCaptions();
+    enableButtons();
     m_totals->refresh();
 }
 
 void CTollivarDlg::start(Appearance appearance)
 {
-    if (appearance == Appearance::Shown || !m_tray->isThere()) {
+    if (appearance == Appearance::Shown) {
         show();
+        return;
     }
+    // At the log-in the panel may come up after us.
+    m_trayWait = std::make_unique<TrayWait>([this] { return m_tray->isThere(); });
+    connect(m_trayWait.get(), &TrayWait::givenUp, this, &QWidget::show);
 }
 
 void CTollivarDlg::Notify(const DuiLib::SkinEvent &event)
@@ -274,6 +302,25 @@ void CTollivarDlg::showFlashNote()
     auto &caption = control<DuiLib::CTextUI>("textCaption"_L1);
     caption.setLinkColors(Qt::white, QColor(0xD6, 0xE6, 0xF8));
     caption.setMarkup(isWanted ? text(u"strNoteFlashOld") : u"{b}"_s + kProgram + u"{/b}"_s);
+}
+
+void CTollivarDlg::enableButtons()
+{
+    const bool isSelected = m_list->selectionModel()->hasSelection();
+    // Without a selection Start still leaves the downloaded tasks for the others.
+    const bool canStart =
+        isSelected || m_services.manager.filter() == tasks::TaskFilter::Downloaded;
+    const auto enable = [this](QLatin1StringView name, bool can) {
+        QToolButton &tool = button(name);
+        if (!can && focusWidget() == &tool) {
+            // Qt would hand the keyboard to the next button, and the next Space to that.
+            m_list->setFocus();
+        }
+        tool.setEnabled(can);
+    };
+    enable("btnStart"_L1, canStart);
+    enable("btnStop"_L1, isSelected);
+    enable("btnRemove"_L1, isSelected);
 }
 
 void CTollivarDlg::refreshCaptions()
@@ -389,6 +436,7 @@ void CTollivarDlg::showAndActivate()
     if (isMinimized()) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
     }
+    m_trayWait.reset();
     show();
     raise();
     activateWindow();
@@ -397,6 +445,7 @@ void CTollivarDlg::showAndActivate()
 
 void CTollivarDlg::leaveScreen()
 {
+    m_trayWait.reset();
     hide();
     m_totals->stop();
     m_tray->remove();

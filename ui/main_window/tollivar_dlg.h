@@ -10,6 +10,7 @@
 #include "ui/main_window/window_services.h"
 #include "ui/task_list/list_ctrl_ex.h"
 #include "ui/tray/tray_icon.h"
+#include "ui/tray/tray_wait.h"
 
 #include <QString>
 
@@ -20,6 +21,7 @@ class QToolButton;
 namespace tollivar::ui {
 
 class MainMenus;
+class WindowMemory;
 
 /// The program's one main window: the place where commands, messages and task events meet. It holds
 /// no task data; the manager does. What comes in goes to intake(), what is done with the selected
@@ -41,7 +43,8 @@ public:
     /// Where other threads and the window itself post the messages that are its own.
     [[nodiscard]] platform::AppMessagePort port() const;
 
-    /// Shows the window, or leaves it in the tray until it is wanted.
+    /// Shows the window, or leaves it in the tray until it is wanted. Where no tray comes up either,
+    /// it is shown all the same, some seconds later: nobody could find it otherwise.
     enum class Appearance { Shown, Hidden };
     void start(Appearance appearance);
 
@@ -105,6 +108,7 @@ private:
     void bindMenus();
     void bindTray();
     void bindKeys();
+    void giveListTheKeyboard();
     void handle(const platform::AppMessage &message);
     void handleClick(const QString &name);
     void openBrowser();
@@ -123,6 +127,8 @@ private:
     void showAbout();
     void showFlashNote();
     void refreshCaptions();
+    /// Greys out the buttons that could do nothing to the selected tasks.
+    void enableButtons();
     void refreshTasks();
     void tellIfMinimised();
     void closeToTray();
@@ -139,7 +145,9 @@ private:
     std::unique_ptr<SelectedTasks> m_selected;
     std::unique_ptr<MainMenus> m_menus;
     std::unique_ptr<TrayIcon> m_tray;
+    std::unique_ptr<TrayWait> m_trayWait; ///< after a hidden start, until a tray is there
     std::unique_ptr<TotalsLine> m_totals;
+    std::unique_ptr<WindowMemory> m_memory;
     bool m_isMinimised = false;
     bool m_hasToldAboutTray = false;
 };

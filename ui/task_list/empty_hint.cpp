@@ -37,6 +37,14 @@ void EmptyHint::setTexts(const QString &hint, const QString &button)
 {
     m_text->setText(hint);
     m_button->setText(button);
+    m_button->show();
+    center();
+}
+
+void EmptyHint::setText(const QString &hint)
+{
+    m_text->setText(hint);
+    m_button->hide();
     center();
 }
 

@@ -7,7 +7,8 @@ class QToolButton;
 
 namespace tollivar::ui {
 
-/// What an empty list says in its middle: how a task begins, and the button that begins one.
+/// What an empty list says in its middle: how a task begins, and the button that begins one; or,
+/// where other tasks are hidden, that none is shown.
 ///
 /// Threads: the main thread.
 class EmptyHint final : public QWidget {
@@ -17,6 +18,8 @@ public:
     explicit EmptyHint(QWidget *parent);
 
     void setTexts(const QString &hint, const QString &button);
+    /// Without a button.
+    void setText(const QString &hint);
     /// Moves to the middle of its parent.
     void center();
 

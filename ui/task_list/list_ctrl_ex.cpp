@@ -88,8 +88,12 @@ void CListCtrlEx::setUpLook()
 void CListCtrlEx::connectHeader()
 {
     connect(m_header, &CHeaderCtrlEx::sortWanted, this, &CListCtrlEx::sortBy);
-    connect(m_header, &QHeaderView::sectionResized, this,
-            [this] { m_hasPersonsWidths = m_hasPersonsWidths || !m_isSharing; });
+    connect(m_header, &QHeaderView::sectionResized, this, [this] {
+        if (!m_isSharing) {
+            m_hasPersonsWidths = true;
+            Q_EMIT widthsChosen();
+        }
+    });
 }
 
 void CListCtrlEx::measureRows()
@@ -128,7 +132,7 @@ void CListCtrlEx::applyLanguage()
         headings.append(m_texts(headingId(static_cast<ListColumn>(column)).toString()));
     }
     m_model->setHeadings(headings);
-    m_hint->setTexts(m_texts(u"strEmptyList"_s), m_texts(u"strTipAddFile"_s));
+    tellWhyEmpty();
     setAccessibleName(m_texts(u"strListName"_s));
     viewport()->update();
 }
@@ -234,8 +238,10 @@ void CListCtrlEx::refreshRows()
     if (m_manager != nullptr) {
         m_header->showOrder(m_manager->order());
     }
+    tellWhyEmpty();
     placeHint();
     viewport()->update();
+    Q_EMIT selectionMayDiffer();
 }
 
 void CListCtrlEx::sortBy(int column, tasks::SortDirection direction)
@@ -272,6 +278,7 @@ void CListCtrlEx::selectionChanged(const QItemSelection &selected, const QItemSe
     }
     m_kept.read(*selectionModel(), m_manager);
     viewport()->update();
+    Q_EMIT selectionMayDiffer();
 }
 
 void CListCtrlEx::currentChanged(const QModelIndex &current, const QModelIndex &previous)
@@ -294,6 +301,41 @@ void CListCtrlEx::shareWidth()
     const auto widths = columnWidths(viewport()->width());
     for (std::size_t column = 0; column < widths.size(); ++column) {
         setColumnWidth(static_cast<int>(column), widths[column]);
+    }
+}
+
+std::optional<std::array<int, kListColumnCount>> CListCtrlEx::chosenWidths() const
+{
+    if (!m_hasPersonsWidths) {
+        return std::nullopt;
+    }
+    std::array<int, kListColumnCount> widths{};
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        widths[column] = columnWidth(static_cast<int>(column));
+    }
+    return widths;
+}
+
+void CListCtrlEx::setChosenWidths(const std::array<int, kListColumnCount> &widths)
+{
+    m_hasPersonsWidths = true;
+    const QScopedValueRollback sharing(m_isSharing, true);
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        setColumnWidth(static_cast<int>(column), widths[column]);
+    }
+}
+
+void CListCtrlEx::tellWhyEmpty()
+{
+    const bool hasTasks =
+        m_manager != nullptr && m_manager->unfinishedCount() + m_manager->completedCount() > 0;
+    const auto filter = m_manager == nullptr ? tasks::TaskFilter::All : m_manager->filter();
+    if (hasTasks && filter == tasks::TaskFilter::Downloading) {
+        m_hint->setText(m_texts(u"strEmptyDownloading"_s));
+    } else if (hasTasks && filter == tasks::TaskFilter::Downloaded) {
+        m_hint->setText(m_texts(u"strEmptyDownloaded"_s));
+    } else {
+        m_hint->setTexts(m_texts(u"strEmptyList"_s), m_texts(u"strTipAddFile"_s));
     }
 }
 
@@ -321,9 +363,7 @@ void CListCtrlEx::changeEvent(QEvent *event)
 void CListCtrlEx::keyPressEvent(QKeyEvent *event)
 {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isPlain && event->key() == Qt::Key_Delete) {
-        Q_EMIT removeWanted();
-    } else if (isPlain && event->key() == Qt::Key_Space) {
+    if (isPlain && event->key() == Qt::Key_Space) {
         Q_EMIT toggleWanted();
     } else {
         QTableView::keyPressEvent(event);

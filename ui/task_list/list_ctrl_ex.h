@@ -54,6 +54,12 @@ public:
     /// Selects these rows alone, given in rising order, and brings the last into view.
     void selectRows(const std::vector<int> &rows);
 
+    /// The columns' widths from the left, once a person has chosen them; until then the columns
+    /// share the list.
+    [[nodiscard]] std::optional<std::array<int, kListColumnCount>> chosenWidths() const;
+    /// Takes over widths that a person has chosen before.
+    void setChosenWidths(const std::array<int, kListColumnCount> &widths);
+
     [[nodiscard]] int rowHeight() const { return m_rowHeight; }
     [[nodiscard]] RowText textOf(int row) const;
     /// What the row is drawn from.
@@ -64,7 +70,10 @@ Q_SIGNALS:
     /// By a double click; windows keep Enter from their controls.
     void rowActivated(int row);
     void addWanted();
-    void removeWanted();
+    /// Rows were selected or left, or are others than before.
+    void selectionMayDiffer();
+    /// A person has dragged a column.
+    void widthsChosen();
     /// Space: start what rests, stop what runs.
     void toggleWanted();
 
@@ -84,6 +93,8 @@ protected:
 private:
     void setUpLook();
     void connectHeader();
+    /// Says in an empty list why it is empty.
+    void tellWhyEmpty();
     void measureRows();
     void shareWidth();
     void placeHint();

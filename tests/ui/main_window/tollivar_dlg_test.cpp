@@ -162,6 +162,28 @@ TEST_F(TollivarDlgTest, theHelpMenuAsksForTheGuideAndTheHomePage)
     EXPECT_EQ(help.count(), 2);
 }
 
+TEST_F(TollivarDlgTest, theLanguageMenuTicksEnglishUntilSomebodyChooses)
+{
+    open();
+    const auto ticked = [this] {
+        click(u"btnMenu"_s);
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        auto *languages = menu->findChild<QMenu *>();
+        Q_EMIT languages->aboutToShow();
+        QStringList names;
+        for (const QAction *action : languages->actions()) {
+            if (action->isChecked()) {
+                names.append(action->text());
+            }
+        }
+        menu->close();
+        return names;
+    };
+    EXPECT_EQ(ticked(), QStringList{u"English"_s});
+    m_world.texts().applyLanguage(u"Deutsch"_s);
+    EXPECT_EQ(ticked(), QStringList{u"Deutsch"_s});
+}
+
 TEST_F(TollivarDlgTest, maximisingSwapsTheButtons)
 {
     CTollivarDlg &window = open();
@@ -178,7 +200,8 @@ TEST_F(TollivarDlgTest, keysDoWhatButtonsDo)
 {
     const auto id = m_world.add(u"a"_s);
     CTollivarDlg &window = open();
-    m_list->setFocus();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     test::press(*m_list, Qt::Key_A, Qt::ControlModifier);
     EXPECT_THAT(m_list->selectedRows(), ElementsAre(0));
     test::press(*m_list, Qt::Key_Space);

@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QLabel>
 #include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
@@ -269,6 +270,34 @@ TEST_F(ListCtrlExTest, anEmptyListSaysWhatToDo)
     EXPECT_FALSE(button->isVisible());
     m_manager->removeTask(0, tasks::FileOnRemoval::Keep);
     EXPECT_TRUE(button->isVisible());
+}
+
+TEST_F(ListCtrlExTest, anEmptyGroupOfTasksSaysThatItIsEmpty)
+{
+    show();
+    auto *button = test::control<QToolButton>(*m_list, u"btnEmptyAdd"_s);
+    const auto *hint = button->parentWidget()->findChild<QLabel *>();
+    m_manager->setFilter(tasks::TaskFilter::Downloaded);
+    EXPECT_TRUE(button->isVisible()) << "there is no task at all";
+    add();
+    m_manager->setFilter(tasks::TaskFilter::Downloaded);
+    m_list->refreshRows();
+    ASSERT_EQ(m_list->model()->rowCount(), 0);
+    EXPECT_TRUE(hint->isVisible());
+    EXPECT_EQ(hint->text(), u"Nothing downloaded yet"_s);
+    EXPECT_FALSE(button->isVisible());
+    m_manager->setFilter(tasks::TaskFilter::Downloading);
+    m_list->refreshRows();
+    EXPECT_FALSE(hint->isVisible());
+    m_manager->removeTask(0, tasks::FileOnRemoval::Keep);
+    EXPECT_TRUE(button->isVisible());
+    tasks::TaskInfo done;
+    done.nCompletedStatus = 1;
+    add(done);
+    m_manager->setFilter(tasks::TaskFilter::Downloading);
+    m_list->refreshRows();
+    EXPECT_EQ(hint->text(), u"Nothing is being downloaded"_s);
+    EXPECT_FALSE(button->isVisible());
 }
 
 TEST_F(ListCtrlExTest, theHintStaysInTheMiddle)

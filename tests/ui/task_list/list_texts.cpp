@@ -29,6 +29,8 @@ QString englishText(const QString &id)
         {u"strModeSWFAuto"_s, u"Download Flash"_s},
         {u"strModeDirectly"_s, u"Download File Directly"_s},
         {u"strEmptyList"_s, u"Paste, drop or type an address"_s},
+        {u"strEmptyDownloading"_s, u"Nothing is being downloaded"_s},
+        {u"strEmptyDownloaded"_s, u"Nothing downloaded yet"_s},
         {u"strTipAddFile"_s, u"Add URL"_s},
         {u"strListName"_s, u"Tasks"_s},
     };
