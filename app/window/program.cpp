@@ -13,6 +13,7 @@
 #include "platform/single_instance.h"
 #include "settings/general_options.h"
 #include "ui/dialogs/settings_dialog.h"
+#include "ui/layout/window_layout.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
@@ -61,6 +62,7 @@ Program::Program(Engine &engine, settings::SettingsStore settings, language::Lan
     , m_notes(windowTexts().dialog)
 {
     m_options.LoadAll();
+    ui::setLayoutMode(ui::layoutModeOf(m_settings.number(settings::keys::kLayoutMode)));
     m_window = std::make_unique<CTollivarDlg>(windowServices());
     m_engine.onEvent([this](std::uint32_t task, tasks::TaskEventCode code) {
         m_window->onTaskEvent(task, code);
@@ -244,7 +246,8 @@ void Program::start(const QStringList &arguments)
                         ? CTollivarDlg::Appearance::Hidden
                         : CTollivarDlg::Appearance::Shown);
     // A question needs the event loop, which runs only after this.
-    QTimer::singleShot(0, m_window.get(), [this] { tellSkinProblems(); });
+    QTimer::singleShot(0, m_window.get(),
+                       [this] { m_freeMoment.run([this] { tellSkinProblems(); }); });
     m_updates->checkIfDue(m_options.general().m_nCheckUpdate);
     m_interrupt =
         std::make_unique<platform::InterruptWatch>(kInterruptedTwice, [] { QApplication::exit(); });
@@ -272,16 +275,17 @@ void Program::tellSkinProblems()
 void Program::shutDown()
 {
     // First everything that is seen: what follows may take a moment.
+    m_window->hide();
     m_dropZone->leaveScreen();
+    m_dropZone.reset();
     CompletionNotes::closeAll();
     m_window->leaveScreen();
-    m_browser.reset();
     m_conversions.stopAll();
     m_engine.manager().shutDown();
     m_engine.onEvent({});
+    m_browser.reset();
     m_updates.reset();
     m_handedOver.reset();
-    m_dropZone.reset();
     m_window.reset();
 }
 

@@ -8,6 +8,7 @@
 #include "app/window/capture_browser.h"
 #include "app/window/completion_notes.h"
 #include "app/window/drop_zone.h"
+#include "app/window/free_moment.h"
 #include "app/window/handed_over.h"
 #include "app/window/player_help.h"
 #include "app/window/updates.h"
@@ -68,7 +69,8 @@ private:
     std::unique_ptr<DropZone> m_dropZone;
     std::unique_ptr<Updates> m_updates;
     std::unique_ptr<CaptureBrowser> m_browser;
-    MissingBrowser m_missingBrowser{[this] { tellMissingBrowser(); }};
+    FreeMoment m_freeMoment;
+    MissingBrowser m_missingBrowser{[this] { m_freeMoment.run([this] { tellMissingBrowser(); }); }};
     std::unique_ptr<platform::InterruptWatch> m_interrupt;
     std::unique_ptr<HandedOver> m_handedOver;
 };

@@ -30,8 +30,13 @@ void TroubleNotes::tell(const QString &text)
     m_waiting.append(text);
     if (m_waiting.size() == 1) {
         // Not from in here: whoever tells may be in the middle of a transaction.
-        QTimer::singleShot(0, this, &TroubleNotes::showNext);
+        QTimer::singleShot(0, this, &TroubleNotes::showNextWhenFree);
     }
+}
+
+void TroubleNotes::showNextWhenFree()
+{
+    m_freeMoment.run([this] { showNext(); });
 }
 
 void TroubleNotes::showNext()
@@ -48,7 +53,7 @@ void TroubleNotes::forgetFirst()
 {
     m_told[m_waiting.takeFirst()] = std::chrono::steady_clock::now();
     if (!m_waiting.isEmpty()) {
-        showNext();
+        showNextWhenFree();
     }
 }
 

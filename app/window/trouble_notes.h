@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/window/free_moment.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -26,14 +28,16 @@ public:
     TroubleNotes(const TroubleNotes &) = delete;
     TroubleNotes &operator=(const TroubleNotes &) = delete;
 
-    /// Shown as soon as the event loop runs and the notes before it are closed.
+    /// Shown as soon as the event loop runs, no dialog is open and the notes before it are closed.
     void tell(const QString &text);
 
 private:
+    void showNextWhenFree();
     void showNext();
     void forgetFirst();
 
     QPointer<QMessageBox> m_note;
+    FreeMoment m_freeMoment;
     QStringList m_waiting; ///< the first of them shows
     std::map<QString, std::chrono::steady_clock::time_point> m_told;
 };

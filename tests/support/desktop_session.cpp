@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include <sys/prctl.h>
@@ -124,6 +125,18 @@ qsizetype DesktopSession::windowCount(const QString &title) const
     const QByteArray found = ask({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                                   QStringLiteral("--name"), title});
     return found.isEmpty() ? 0 : found.count('\n') + 1;
+}
+
+qsizetype DesktopSession::tipCount() const
+{
+    const auto windows = ask({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                              QStringLiteral("--class"), QStringLiteral("Tollivar")})
+                             .split('\n');
+    return std::count_if(windows.begin(), windows.end(), [this](const QByteArray &window) {
+        return !window.isEmpty() &&
+               property(QString::fromLatin1(window), QStringLiteral("_NET_WM_WINDOW_TYPE"))
+                   .contains("TOOLTIP");
+    });
 }
 
 QString DesktopSession::waitForWindow(const QString &title) const

@@ -44,6 +44,8 @@ public:
     [[nodiscard]] QByteArray property(const QString &window, const QString &name) const;
     /// How many windows have such a title.
     [[nodiscard]] qsizetype windowCount(const QString &title) const;
+    /// How many tips and balloons stand beside what they speak of.
+    [[nodiscard]] qsizetype tipCount() const;
     /// Where the window lies, in pixels of the screen.
     [[nodiscard]] QRect place(const QString &window) const;
     /// Moves the pointer there and presses a button once: 1 is the left, 3 the right one.
