@@ -16,18 +16,15 @@ EmptyHint::EmptyHint(QWidget *parent)
     , m_button(new QToolButton(this))
 {
     constexpr int kBetween = 12;
-    const QColor quiet(102, 115, 134);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(kBetween);
     column->addWidget(m_text, 0, Qt::AlignHCenter);
     column->addWidget(m_button, 0, Qt::AlignHCenter);
     m_text->setTextFormat(Qt::PlainText);
-    QPalette colors = m_text->palette();
-    colors.setColor(QPalette::WindowText, quiet);
-    m_text->setPalette(colors);
+    // What the style sheets of skins choose by; they give every text its colour.
+    m_text->setProperty("look", u"hint"_s);
     m_button->setObjectName(u"btnEmptyAdd"_s);
-    // What the style sheets of skins choose buttons by.
     m_button->setProperty(DuiLib::kClassProperty, QString(DuiLib::kButtonClass));
     m_button->setProperty("look", u"primary"_s);
     connect(m_button, &QToolButton::clicked, this, &EmptyHint::addWanted);

@@ -19,6 +19,8 @@ constexpr int kBottomLineHeight = 3;
 constexpr int kTextIndent = 5;
 constexpr int kLowest = 28; ///< height with a small font
 constexpr int kArrowLines = 4;
+constexpr int kArrowSide = 7;
+constexpr int kBesideArrow = 3;
 
 void paintBack(QPainter &painter, const QRect &area, int height)
 {
@@ -62,6 +64,13 @@ QSize CHeaderCtrlEx::sizeHint() const
             std::max(kLowest, fontMetrics().height() + kAroundText)};
 }
 
+int CHeaderCtrlEx::headingWidth(int column) const
+{
+    const QString heading = model()->headerData(column, Qt::Horizontal).toString();
+    return kTextIndent + fontMetrics().horizontalAdvance(heading) + 2 * kBesideArrow + kArrowSide +
+           1;
+}
+
 void CHeaderCtrlEx::showOrder(tasks::TaskOrder order)
 {
     // The column of the latest click stays known, so that the next click on it turns the order.
@@ -83,8 +92,6 @@ void CHeaderCtrlEx::paintEvent(QPaintEvent *event)
 
 void CHeaderCtrlEx::paintSection(QPainter *painter, const QRect &section, int column) const
 {
-    constexpr int kArrowSide = 7;
-    constexpr int kBesideArrow = 3;
     painter->save();
     painter->setClipRect(section);
     paintBack(*painter, section, height());

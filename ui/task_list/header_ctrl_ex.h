@@ -22,6 +22,9 @@ public:
     /// Shows how the rows are sorted now; None takes the arrow away.
     void showOrder(tasks::TaskOrder order);
 
+    /// How wide a column is that shows its whole heading, with an arrow too.
+    [[nodiscard]] int headingWidth(int column) const;
+
     [[nodiscard]] QSize sizeHint() const override;
 
 Q_SIGNALS:

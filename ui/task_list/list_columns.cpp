@@ -1,6 +1,7 @@
 #include "ui/task_list/list_columns.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace tollivar::ui {
 
@@ -23,6 +24,25 @@ constexpr std::array<Column, kListColumnCount> kColumns = {{
 
 constexpr auto kName = static_cast<std::size_t>(ListColumn::Name);
 
+/// Gives each column what it lacks of its wanted width, or its part of what there is; how much was
+/// given in all.
+int grow(ColumnWidths &widths, const ColumnWidths &wanted, int spare)
+{
+    int lacking = 0;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        lacking += wanted[i] - widths[i];
+    }
+    const int growth = std::min(spare, lacking);
+    // Shared out by the columns' edges, so that a resize moves none of them to and fro.
+    int lackingSoFar = 0;
+    for (std::size_t i = 0; i < widths.size() && lacking > 0; ++i) {
+        const int before = lackingSoFar * growth / lacking;
+        lackingSoFar += wanted[i] - widths[i];
+        widths[i] += lackingSoFar * growth / lacking - before;
+    }
+    return growth;
+}
+
 } // namespace
 
 QStringView headingId(ListColumn column)
@@ -30,26 +50,20 @@ QStringView headingId(ListColumn column)
     return kColumns[static_cast<std::size_t>(column)].heading;
 }
 
-std::array<int, kListColumnCount> columnWidths(int available)
+ColumnWidths columnWidths(int available, const ColumnNeeds &needs)
 {
-    int spare = available;
-    int wanted = 0;
-    for (const Column &column : kColumns) {
-        spare -= column.width;
-        wanted += column.comfortable - column.width;
-    }
-    spare = std::max(0, spare);
-    const int growth = std::min(spare, wanted);
-    std::array<int, kListColumnCount> widths{};
-    // Shared out by the columns' edges, so that a resize moves none of them to and fro.
-    int wantedSoFar = 0;
+    ColumnWidths widths{};
+    ColumnWidths withHeadings{};
+    ColumnWidths comfortable{};
     for (std::size_t i = 0; i < widths.size(); ++i) {
-        const auto &[heading, width, comfortable] = kColumns[i];
-        const int before = wantedSoFar * growth / wanted;
-        wantedSoFar += comfortable - width;
-        widths[i] = width + wantedSoFar * growth / wanted - before;
+        widths[i] = kColumns[i].width;
+        withHeadings[i] = std::max(widths[i], needs.headings[i]);
+        comfortable[i] = std::max({withHeadings[i], kColumns[i].comfortable, needs.texts[i]});
     }
-    widths[kName] += spare - growth;
+    int spare = std::max(0, available - std::accumulate(widths.begin(), widths.end(), 0));
+    spare -= grow(widths, withHeadings, spare);
+    spare -= grow(widths, comfortable, spare);
+    widths[kName] += spare;
     return widths;
 }
 

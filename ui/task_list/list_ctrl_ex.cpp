@@ -1,6 +1,7 @@
 #include "ui/task_list/list_ctrl_ex.h"
 
 #include "ui/skin/paint_manager.h"
+#include "ui/task_list/cell_text.h"
 #include "ui/task_list/empty_hint.h"
 #include "ui/task_list/header_ctrl_ex.h"
 #include "ui/task_list/task_list_model.h"
@@ -134,6 +135,7 @@ void CListCtrlEx::applyLanguage()
     m_model->setHeadings(headings);
     tellWhyEmpty();
     setAccessibleName(m_texts(u"strListName"_s));
+    shareWidth();
     viewport()->update();
 }
 
@@ -292,13 +294,28 @@ void CListCtrlEx::currentChanged(const QModelIndex &current, const QModelIndex &
     redrawRow(current.row());
 }
 
+ColumnNeeds CListCtrlEx::columnNeeds() const
+{
+    constexpr int kAir = 6;
+    ColumnNeeds needs;
+    for (std::size_t column = 0; column < kListColumnCount; ++column) {
+        needs.headings[column] = m_header->headingWidth(static_cast<int>(column));
+    }
+    auto &modes = needs.texts[static_cast<std::size_t>(ListColumn::Mode)];
+    for (const QString &id : {u"strModeFLVAuto"_s, u"strModeSWFAuto"_s}) {
+        const int text = fontMetrics().horizontalAdvance(m_texts(id));
+        modes = std::max(modes, text + 2 * (kTextMargin + kAir));
+    }
+    return needs;
+}
+
 void CListCtrlEx::shareWidth()
 {
     if (m_hasPersonsWidths) {
         return;
     }
     const QScopedValueRollback sharing(m_isSharing, true);
-    const auto widths = columnWidths(viewport()->width());
+    const auto widths = columnWidths(viewport()->width(), columnNeeds());
     for (std::size_t column = 0; column < widths.size(); ++column) {
         setColumnWidth(static_cast<int>(column), widths[column]);
     }

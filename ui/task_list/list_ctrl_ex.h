@@ -97,6 +97,7 @@ private:
     void tellWhyEmpty();
     void measureRows();
     void shareWidth();
+    [[nodiscard]] ColumnNeeds columnNeeds() const;
     void placeHint();
     void sortBy(int column, tasks::SortDirection direction);
     void showToolTip(QHelpEvent &event);

@@ -107,6 +107,18 @@ QFont badgeFont(QFont font, const QString &type, int width)
     return font;
 }
 
+/// Puts capital letters into the middle by what is drawn of them: at so small a size the font's own
+/// measures are rounded by as much as is free around them.
+double badgeBaseline(const QPainter &painter, const QRect &badge)
+{
+    const double ratio = painter.device()->devicePixelRatioF();
+    QFont drawn = painter.font();
+    drawn.setPixelSize(qRound(drawn.pixelSize() * ratio));
+    const QRect capital = QFontMetrics(drawn).tightBoundingRect(u"E"_s);
+    const int above = qRound((badge.height() * ratio - capital.height()) / 2);
+    return badge.top() + (above - capital.top()) / ratio;
+}
+
 void paintBadge(QPainter &painter, const QRect &cell, const QString &type)
 {
     const QRect badge(cell.left() + 5, cell.top() + 2, 25, 11);
@@ -121,8 +133,10 @@ void paintBadge(QPainter &painter, const QRect &cell, const QString &type)
     painter.setClipRect(badge);
     painter.setFont(badgeFont(painter.font(), type, inner.width()));
     painter.setPen(Qt::white);
-    painter.drawText(inner, static_cast<int>(Qt::AlignCenter) | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(type, Qt::ElideRight, inner.width() + 1));
+    const QFontMetricsF metrics(painter.font());
+    const QString text = metrics.elidedText(type, Qt::ElideRight, inner.width() + 1);
+    const double left = inner.left() + (inner.width() - metrics.horizontalAdvance(text)) / 2;
+    painter.drawText(QPointF(left, badgeBaseline(painter, badge)), text);
     painter.restore();
 }
 

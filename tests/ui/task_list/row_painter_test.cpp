@@ -192,6 +192,21 @@ TEST_P(RowPainting, framesTheBadgeAtItsPlace)
     EXPECT_EQ(row.at(57, 13), kBack);
 }
 
+TEST_P(RowPainting, putsTheBadgesTextIntoItsMiddle)
+{
+    const Picture row = picture({.badge = u"EEE"_s});
+    const auto isText = [&row](int y) { return row.has(QRect(48, y, 19, 1), Qt::white); };
+    int first = 3;
+    int last = 11;
+    while (first < last && !isText(first))
+        ++first;
+    while (last > first && !isText(last))
+        --last;
+    EXPECT_GT(last, first);
+    EXPECT_NEAR(first - 2, 12 - last, 1);
+    EXPECT_GT(first, 3);
+}
+
 TEST_P(RowPainting, keepsAnyTypeInsideTheBadge)
 {
     const Picture row = picture({.badge = u"WWWWWWWWWWWWWWWW"_s});
