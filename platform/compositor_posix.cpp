@@ -1,28 +1,16 @@
 #include "platform/compositor.h"
+#include "platform/internal/display_posix.h"
 
 #include <QByteArray>
 
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
-
 namespace tollivar::platform {
 
-namespace {
-
-struct Free {
-    void operator()(void *reply) const { std::free(reply); }
-};
-template<typename Reply>
-using ReplyOwner = std::unique_ptr<Reply, Free>;
-
-} // namespace
+using internal::ReplyOwner;
 
 bool isDisplayComposited()
 {
     int screen = 0;
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, &screen), &xcb_disconnect);
+    const internal::DisplayConnection connection(xcb_connect(nullptr, &screen), &xcb_disconnect);
     if (xcb_connection_has_error(connection.get()) != 0) {
         return true;
     }

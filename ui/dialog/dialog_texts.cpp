@@ -5,11 +5,17 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
+#include <QToolButton>
 #include <QWidget>
 
 namespace tollivar::ui {
 
 namespace {
+
+bool isImage(const QToolButton &button)
+{
+    return button.toolButtonStyle() == Qt::ToolButtonIconOnly;
+}
 
 void setText(QWidget &control, const QString &text)
 {
@@ -20,8 +26,14 @@ void setText(QWidget &control, const QString &text)
         if (label->buddy() != nullptr) {
             label->buddy()->setAccessibleName(text);
         }
+    } else if (auto *image = qobject_cast<QToolButton *>(&control);
+               image != nullptr && isImage(*image)) {
+        image->setToolTip(text);
+        image->setAccessibleName(text);
     } else if (auto *button = qobject_cast<QAbstractButton *>(&control)) {
         button->setText(text);
+    } else {
+        control.setAccessibleName(text);
     }
 }
 

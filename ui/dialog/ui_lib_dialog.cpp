@@ -1,14 +1,15 @@
 #include "ui/dialog/ui_lib_dialog.h"
 
-#include "platform/compositor.h"
+#include "ui/dialog/round_corners.h"
 #include "ui/dialog/window_frame.h"
 #include "ui/skin/text_ui.h"
 #include "ui/skin/window_ctrl_ui.h"
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QPainterPath>
+#include <QLayout>
 #include <QScreen>
+#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -17,14 +18,6 @@
 namespace tollivar::ui {
 
 namespace {
-
-bool canBeTransparent()
-{
-    static const bool can = QGuiApplication::platformName() == QStringLiteral("xcb")
-                                ? platform::isDisplayComposited()
-                                : QGuiApplication::platformName() != QStringLiteral("offscreen");
-    return can;
-}
 
 bool isSwallowed(const QKeyEvent &event)
 {
@@ -40,9 +33,7 @@ constexpr std::chrono::milliseconds kWindowManagerPatience{150};
 CUILibDialog::CUILibDialog(QWidget *owner, Qt::WindowFlags kind)
     : QDialog(owner, kind | Qt::FramelessWindowHint)
 {
-    if (canBeTransparent()) {
-        setAttribute(Qt::WA_TranslucentBackground);
-    }
+    prepareRoundCorners(*this);
     m_manager.Init(*this);
     // Keys are taken before any control of the window sees them.
     qApp->installEventFilter(this);
@@ -60,8 +51,8 @@ void CUILibDialog::createFace(const QString &skinFile,
             qobject_cast<DuiLib::CTextUI *>(m_manager.FindControl(QStringLiteral("textCaption")))) {
         setWindowTitle(caption->accessibleName());
     }
-    auto *frame = new WindowFrame(*this, m_manager);
-    connect(frame, &WindowFrame::captionDoubleClicked, this, &CUILibDialog::toggleMaximised);
+    m_frame = new WindowFrame(*this, m_manager);
+    connect(m_frame, &WindowFrame::captionDoubleClicked, this, &CUILibDialog::toggleMaximised);
     layout()->activate();
     m_manager.SendNotify({DuiLib::events::kWindowInit, {}, this});
 }
@@ -81,6 +72,30 @@ bool CUILibDialog::bindNativeChild(const QString &placeholder, QWidget &child)
     return true;
 }
 
+void CUILibDialog::learnPlace()
+{
+    m_frame->learnPlace();
+}
+
+void CUILibDialog::setLeastSize(QSize least)
+{
+    m_leastSize = least;
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    applyLeastSize();
+}
+
+void CUILibDialog::applyLeastSize()
+{
+    const QSize least = layout()->totalMinimumSize().expandedTo(m_leastSize);
+    if (least == minimumSize()) {
+        return;
+    }
+    if (least.width() > width() || least.height() > height()) {
+        learnPlace();
+    }
+    setMinimumSize(least);
+}
+
 void CUILibDialog::toggleMaximised()
 {
     if (isMaximized()) {
@@ -90,20 +105,38 @@ void CUILibDialog::toggleMaximised()
     }
 }
 
+bool CUILibDialog::holds(const QObject &object) const
+{
+    const auto *widget = qobject_cast<const QWidget *>(&object);
+    return widget != nullptr && widget->window() == this;
+}
+
 bool CUILibDialog::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::LayoutRequest && !m_leastSize.isEmpty() && holds(*watched)) {
+        // The window itself is not told of every change inside. What it comes to is known only
+        // after the event.
+        QMetaObject::invokeMethod(this, &CUILibDialog::applyLeastSize, Qt::QueuedConnection);
+    }
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) {
         return false;
     }
-    const auto *widget = qobject_cast<QWidget *>(watched);
-    return widget != nullptr && widget->window() == this &&
-           isSwallowed(*static_cast<QKeyEvent *>(event));
+    return holds(*watched) && isSwallowed(*static_cast<QKeyEvent *>(event));
 }
 
 void CUILibDialog::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && isMaximized()) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_frame != nullptr) {
+        // By now the window manager has put it where it is; what opens over it goes by that.
+        learnPlace();
+    }
+    if (event->type() != QEvent::WindowStateChange) {
+        return;
+    }
+    restyleCorners();
+    clip();
+    if (isMaximized()) {
         QTimer::singleShot(kWindowManagerPatience, this, &CUILibDialog::fillWorkArea);
     }
 }
@@ -152,28 +185,29 @@ void CUILibDialog::showOnly(const QRect &part)
     clip();
 }
 
-QRegion CUILibDialog::outline() const
-{
-    const QSize corner = m_manager.GetRoundCorner();
-    if (testAttribute(Qt::WA_TranslucentBackground) || corner.isNull()) {
-        return {rect()};
-    }
-    QPainterPath path;
-    path.addRoundedRect(QRectF(rect()), corner.width(), corner.height());
-    return {path.toFillPolygon().toPolygon()};
-}
-
 void CUILibDialog::clip()
 {
-    QRegion shown = outline();
+    QRegion shown = windowOutline(*this, m_manager.GetRoundCorner());
     if (m_shownPart) {
         shown &= *m_shownPart;
     }
-    if (shown == QRegion(rect())) {
-        clearMask();
-    } else {
-        // An empty mask would be none.
-        setMask(shown.isEmpty() ? QRegion(-1, -1, 1, 1) : shown);
+    setWindowShape(*this, shown);
+}
+
+void CUILibDialog::restyleCorners()
+{
+    static constexpr auto kProperty = "maximised";
+    if (property(kProperty).toBool() == isMaximized()) {
+        return;
+    }
+    setProperty(kProperty, isMaximized());
+    // Style sheets look at a property again only when told so.
+    const auto inside = findChildren<QWidget *>();
+    for (QWidget *widget : inside) {
+        if (!DuiLib::CPaintManagerUI::GetClass(*widget).isEmpty()) {
+            widget->style()->unpolish(widget);
+            widget->style()->polish(widget);
+        }
     }
 }
 

@@ -15,6 +15,8 @@
 
 namespace tollivar::ui {
 
+class WindowFrame;
+
 /// A window whose whole face comes from a skin file: it has no frame, is dragged by its caption
 /// band, resized by its edges and clipped to round corners. Neither Enter nor Escape closes it, only
 /// what its code does on the skin's events.
@@ -52,6 +54,12 @@ protected:
 
     /// Shows no more of the window than this part of it, which may be empty.
     void showOnly(const QRect &part);
+    /// To be called before a visible window changes its size by itself: makes sure that it stays
+    /// where it is.
+    void learnPlace();
+    /// From now on the window is no smaller than this, nor than its controls need, whatever texts
+    /// they come to show.
+    void setLeastSize(QSize least);
 
     /// Fills the work area of the screen it is on, or comes back from it.
     void toggleMaximised();
@@ -62,14 +70,19 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    [[nodiscard]] QRegion outline() const;
     void clip();
+    /// Square corners fill the screen, round ones stand free.
+    void restyleCorners();
+    void applyLeastSize();
+    [[nodiscard]] bool holds(const QObject &object) const;
     /// Over the middle of its owner, all of it on the screen; later the person's own place counts.
     void placeOverOwner();
     void fillWorkArea();
 
     DuiLib::CPaintManagerUI m_manager;
     std::optional<QRect> m_shownPart;
+    WindowFrame *m_frame = nullptr;
+    QSize m_leastSize;
     bool m_isPlaced = false;
 };
 

@@ -1,8 +1,11 @@
 #include "ui/dialog/window_frame.h"
 
+#include "platform/window_place.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWindow>
 
 namespace tollivar::ui {
@@ -119,6 +122,22 @@ void WindowFrame::correctPlace(QPoint actual)
         m_native->setPosition(actual);
         m_pressGeometry.moveTopLeft(actual);
     }
+}
+
+void WindowFrame::learnPlace()
+{
+    const bool canBeWrong = QGuiApplication::platformName() == QStringLiteral("xcb");
+    if (!canBeWrong || m_native.isNull() || !m_window.isVisible() || m_window.isMaximized()) {
+        return;
+    }
+    const auto place = platform::windowPlace(static_cast<std::uint32_t>(m_native->winId()));
+    if (!place) {
+        return;
+    }
+    // Screens begin at the same place in their own pixels and in the window's.
+    const QPoint screen = m_native->screen()->geometry().topLeft();
+    const QPoint inside = ((*place - screen).toPointF() / m_native->devicePixelRatio()).toPoint();
+    correctPlace(screen + inside);
 }
 
 bool WindowFrame::handleMove(const QMouseEvent &event)

@@ -26,6 +26,10 @@ class WindowFrame final : public QObject {
 public:
     WindowFrame(QDialog &window, const DuiLib::CPaintManagerUI &manager);
 
+    /// Takes over where a visible window really is, before it changes its size by itself: with the
+    /// size goes the place, and from a wrong one the window would jump.
+    void learnPlace();
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:

@@ -33,6 +33,7 @@ class TestDialog final : public CUILibDialog {
 public:
     TestDialog() : CUILibDialog(nullptr) { createFace(u"Test.xml"_s, {}); }
     void Notify(const DuiLib::SkinEvent &event) override { events.append(QString(event.type)); }
+    using CUILibDialog::setLeastSize;
     using CUILibDialog::toggleMaximised;
     QStringList events;
 };
@@ -165,6 +166,43 @@ TEST_F(UiLibDialogTest, roundCornersClipTheWindowAndSquareOnesDoNot)
     EXPECT_TRUE(round.mask().contains(QPoint(150, 199)));
     round.resize(400, 250);
     EXPECT_TRUE(round.mask().contains(QPoint(380, 200)));
+    round.showMaximized();
+    EXPECT_TRUE(round.mask().isEmpty());
+    round.showNormal();
+    EXPECT_FALSE(round.mask().isEmpty());
+}
+
+TEST_F(UiLibDialogTest, styleSheetsKnowWhetherItIsMaximised)
+{
+    m_sandbox.write(u"skin/skin.qss"_s,
+                    "[skinClass=\"WindowUI\"] { background: #ff0000; border-radius: 9px; }"
+                    "[maximised=\"true\"] [skinClass=\"WindowUI\"] { border-radius: 0; }");
+    CPaintManagerUI::SetResourcePath(m_sandbox.file(u"skin"_s));
+    TestDialog dialog;
+    dialog.show();
+    const auto corner = [&dialog] {
+        const QImage picture = dialog.grab().toImage();
+        return picture.pixelColor(0, picture.height() - 1);
+    };
+    EXPECT_NE(corner(), QColor(Qt::red));
+    dialog.showMaximized();
+    EXPECT_EQ(corner(), QColor(Qt::red));
+    dialog.showNormal();
+    EXPECT_NE(corner(), QColor(Qt::red));
+}
+
+TEST_F(UiLibDialogTest, isNoSmallerThanItsControlsNeed)
+{
+    TestDialog dialog;
+    dialog.setLeastSize({120, 90});
+    dialog.show();
+    EXPECT_GE(dialog.minimumWidth(), 120);
+    auto &button = *dialog.findChild<QToolButton *>();
+    button.setMinimumWidth(500);
+    test::waitUntil("the window to grow", [&dialog] { return dialog.width() > 500; });
+    EXPECT_GT(dialog.minimumWidth(), 500);
+    button.setMinimumWidth(0);
+    test::waitUntil("the limit to go", [&dialog] { return dialog.minimumWidth() < 500; });
 }
 
 TEST_F(UiLibDialogTest, textsComeBySectionAndControlName)

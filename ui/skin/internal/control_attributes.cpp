@@ -1,5 +1,6 @@
 #include "ui/skin/internal/control_attributes.h"
 
+#include "ui/skin/control_class.h"
 #include "ui/skin/internal/attribute_values.h"
 #include "ui/skin/paint_manager.h"
 #include "ui/skin/text_ui.h"
@@ -72,6 +73,18 @@ bool setLength(QWidget &control, const QString &value)
         (control.*setter)(*length);
     }
     return length.has_value();
+}
+
+bool setLeastWidth(QWidget &control, const QString &value)
+{
+    const auto width = number(value);
+    if (width && control.property(kLeastWidthProperty).isValid()) {
+        control.setProperty(kLeastWidthProperty, *width);
+        control.updateGeometry();
+    } else if (width) {
+        control.setMinimumWidth(*width);
+    }
+    return width.has_value();
 }
 
 template<void (QWidget::*setter)(bool)>
@@ -230,7 +243,7 @@ constexpr std::array kAttributes = {
     Attribute{"look"_L1, setLook},
     Attribute{"width"_L1, setLength<&QWidget::setFixedWidth>},
     Attribute{"height"_L1, setLength<&QWidget::setFixedHeight>},
-    Attribute{"minwidth"_L1, setLength<&QWidget::setMinimumWidth>},
+    Attribute{"minwidth"_L1, setLeastWidth},
     Attribute{"minheight"_L1, setLength<&QWidget::setMinimumHeight>},
     Attribute{"maxwidth"_L1, setLength<&QWidget::setMaximumWidth>},
     Attribute{"enabled"_L1, setFlag<&QWidget::setEnabled>},

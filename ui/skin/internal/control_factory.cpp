@@ -26,6 +26,27 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// A control that a skin can make wider than its text, but not narrower.
+template<typename Control>
+class NeverNarrow final : public Control {
+public:
+    explicit NeverNarrow(QWidget *parent) : Control(parent)
+    {
+        this->setProperty(kLeastWidthProperty, 0);
+    }
+    [[nodiscard]] QSize sizeHint() const override { return grown(Control::sizeHint()); }
+    [[nodiscard]] QSize minimumSizeHint() const override
+    {
+        return grown(Control::minimumSizeHint());
+    }
+
+private:
+    [[nodiscard]] QSize grown(QSize size) const
+    {
+        return size.expandedTo({this->property(kLeastWidthProperty).toInt(), size.height()});
+    }
+};
+
 /// Connects one signal of a control with one kind of event.
 template<typename Control, typename Signal>
 void notifyOn(Control &control, Signal signal, QLatin1StringView event, CPaintManagerUI &manager)
@@ -62,7 +83,7 @@ QWidget *makeTabs(const SkinElement & /*element*/, QWidget &parent, CPaintManage
 
 QToolButton *makeToolButton(QWidget &parent, CPaintManagerUI &manager)
 {
-    auto *button = new QToolButton(&parent);
+    auto *button = new NeverNarrow<QToolButton>(&parent);
     button->setFocusPolicy(Qt::StrongFocus);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
     notifyOn(*button, &QToolButton::clicked, events::kClick, manager);
@@ -106,7 +127,7 @@ QWidget *makeText(const SkinElement & /*element*/, QWidget &parent, CPaintManage
 
 QWidget *makeLabel(const SkinElement & /*element*/, QWidget &parent, CPaintManagerUI & /*manager*/)
 {
-    auto *label = new QLabel(&parent);
+    auto *label = new NeverNarrow<QLabel>(&parent);
     label->setTextFormat(Qt::PlainText);
     return label;
 }

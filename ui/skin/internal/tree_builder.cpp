@@ -117,7 +117,7 @@ void TreeBuilder::place(const SkinElement &element, int columns, QWidget &contro
         }
         if (qobject_cast<QToolButton *>(&control) != nullptr) {
             // As wide as its column, like everything else there.
-            control.setSizePolicy(QSizePolicy::Preferred, control.sizePolicy().verticalPolicy());
+            control.setSizePolicy(QSizePolicy::Minimum, control.sizePolicy().verticalPolicy());
         }
         cell += span;
     } else if (auto *box = qobject_cast<QBoxLayout *>(parent.layout())) {
