@@ -12,12 +12,12 @@
 #include "platform/paths.h"
 #include "platform/single_instance.h"
 #include "settings/general_options.h"
+#include "ui/dialog/message_box.h"
 #include "ui/dialogs/settings_dialog.h"
 #include "ui/layout/window_layout.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace tollivar::app {
@@ -225,8 +225,8 @@ bool Program::convert(const QString &path)
 {
     const bool isStarted = platform::startCompanion(kConverter, {u"-file"_s, path});
     if (!isStarted) {
-        QMessageBox::question(m_window.get(), QString(platform::build::kProductName),
-                              m_languages.text(u"strNoConverter"_s), QMessageBox::Ok);
+        ui::MessageBox::question(m_window.get(), QString(platform::build::kProductName),
+                                 m_languages.text(u"strNoConverter"_s), ui::MessageBox::Ok);
     }
     return isStarted;
 }
@@ -234,8 +234,8 @@ bool Program::convert(const QString &path)
 void Program::tellMissingBrowser()
 {
     auto *note =
-        new QMessageBox(QMessageBox::Information, QString(platform::build::kProductName),
-                        m_languages.text(u"strNoBrowser"_s), QMessageBox::Ok, m_window.get());
+        new ui::MessageBox(ui::MessageBox::Information, QString(platform::build::kProductName),
+                           m_languages.text(u"strNoBrowser"_s), ui::MessageBox::Ok, m_window.get());
     note->setAttribute(Qt::WA_DeleteOnClose);
     note->open();
 }
@@ -267,8 +267,8 @@ void Program::tellSkinProblems()
         }
     }
     if (lines.size() > 1) {
-        QMessageBox::warning(m_window.get(), QString(platform::build::kProductName),
-                             lines.join(u'\n'));
+        ui::MessageBox::warning(m_window.get(), QString(platform::build::kProductName),
+                                lines.join(u'\n'));
     }
 }
 

@@ -9,12 +9,12 @@
 #include "app/window/trouble_notes.h"
 #include "platform/build_config.h"
 #include "platform/paths.h"
+#include "ui/dialog/message_box.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QMessageBox>
 
 namespace tollivar::app {
 
@@ -28,7 +28,7 @@ const QString kProgramName = platform::build::kProductName;
 
 void warn(const QString &text)
 {
-    QMessageBox::warning(nullptr, kProgramName, text);
+    ui::MessageBox::warning(nullptr, kProgramName, text);
 }
 
 /// The archive wins when both are there; with neither, the program's own look stays.
@@ -56,10 +56,10 @@ std::unique_ptr<Engine> openEngine(const DataPaths &paths, const language::Langu
             warn(engine.error().text);
             return nullptr;
         }
-        const auto answer = QMessageBox::question(
+        const auto answer = ui::MessageBox::question(
             nullptr, kProgramName, languages.text(u"strMsgTasksInUse"_s).arg(paths.directory),
-            QMessageBox::Retry | QMessageBox::Cancel);
-        if (answer != QMessageBox::Retry) {
+            ui::MessageBox::Retry | ui::MessageBox::Cancel);
+        if (answer != ui::MessageBox::Retry) {
             return nullptr;
         }
     }
@@ -85,6 +85,7 @@ bool CTollivarApp::InitInstance()
     QDir::setCurrent(platform::programDirectory());
     const auto located = locateData();
     if (!located) {
+        chooseSkin();
         warn(located.error().text);
         return false;
     }

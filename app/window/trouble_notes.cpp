@@ -1,8 +1,8 @@
 #include "app/window/trouble_notes.h"
 
 #include "platform/build_config.h"
+#include "ui/dialog/message_box.h"
 
-#include <QMessageBox>
 #include <QTimer>
 
 namespace tollivar::app {
@@ -41,8 +41,8 @@ void TroubleNotes::showNextWhenFree()
 
 void TroubleNotes::showNext()
 {
-    auto *note = new QMessageBox(QMessageBox::Warning, QString(platform::build::kProductName),
-                                 m_waiting.front(), QMessageBox::Ok);
+    auto *note = new ui::MessageBox(ui::MessageBox::Warning, QString(platform::build::kProductName),
+                                    m_waiting.front(), ui::MessageBox::Ok, nullptr);
     note->setAttribute(Qt::WA_DeleteOnClose);
     connect(note, &QDialog::finished, this, &TroubleNotes::forgetFirst);
     m_note = note;

@@ -4,11 +4,10 @@
 #include "platform/build_config.h"
 #include "platform/clock.h"
 #include "platform/open_external.h"
+#include "ui/dialog/message_box.h"
 #include "ui/dialogs/checking_dlg.h"
 #include "update/update_info.h"
 #include "update/update_schedule.h"
-
-#include <QMessageBox>
 
 namespace tollivar::app {
 
@@ -80,14 +79,14 @@ void Updates::take(const platform::AppMessage &message)
         break;
     case UpdateResult::NoUpdate:
         if (isAwaited) {
-            QMessageBox::information(&m_owner, m_texts.text(u"strUpdater"_s),
-                                     m_texts.text(u"strMsgNoUpdate"_s));
+            ui::MessageBox::information(&m_owner, m_texts.text(u"strUpdater"_s),
+                                        m_texts.text(u"strMsgNoUpdate"_s));
         }
         break;
     case UpdateResult::Unreachable:
         if (isAwaited) {
-            QMessageBox::warning(&m_owner, m_texts.text(u"strUpdater"_s),
-                                 m_texts.text(u"strMsgNoServer"_s));
+            ui::MessageBox::warning(&m_owner, m_texts.text(u"strUpdater"_s),
+                                    m_texts.text(u"strMsgNoServer"_s));
         }
         break;
     }
@@ -98,12 +97,12 @@ void Updates::ask(UpdateResult result)
     const auto info = m_checker->noticed();
     const QString form =
         m_texts.text(result == UpdateResult::News ? u"strMsgUpdateNews"_s : u"strMsgUpdateKnown"_s);
-    QMessageBox box(QMessageBox::Question, m_texts.text(u"strUpdater"_s), {},
-                    QMessageBox::Yes | QMessageBox::No, &m_owner);
+    ui::MessageBox box(ui::MessageBox::Question, m_texts.text(u"strUpdater"_s), {},
+                       ui::MessageBox::Yes | ui::MessageBox::No, &m_owner);
     // The answer is from outside, and nothing but text.
     box.setTextFormat(Qt::PlainText);
     box.setText(update::updateQuestion(info, form));
-    if (box.exec() == QMessageBox::Yes) {
+    if (box.exec() == ui::MessageBox::Yes) {
         platform::openAddress(info.page);
     }
 }

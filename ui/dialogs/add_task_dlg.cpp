@@ -4,13 +4,13 @@
 #include "fetch/text/site_url.h"
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
+#include "ui/dialog/message_box.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLayout>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QToolButton>
 
 #include <array>
@@ -148,13 +148,16 @@ void CAddTaskDlg::checkVideoSite()
     if (offersQuality) {
         quality.setCurrentIndex(1);
     }
-    quality.setVisible(offersQuality);
+    // Never both wide and shown: the window would grow for the two, and stay so.
+    quality.hide();
     mode.setFixedWidth(offersQuality ? kNarrowMode : kWideMode);
+    quality.setVisible(offersQuality);
 }
 
 void CAddTaskDlg::showMore(bool isExpanded)
 {
     m_isExpanded = isExpanded;
+    learnPlace();
     auto &options = control<QWidget>("convertOptions"_L1);
     options.setVisible(isExpanded);
     control<QToolButton>("btnMore"_L1)
@@ -233,7 +236,7 @@ void CAddTaskDlg::accept()
         CUILibDialog::accept();
         return;
     }
-    QMessageBox::warning(this, QString(platform::build::kProductName), refusal);
+    MessageBox::warning(this, QString(platform::build::kProductName), refusal);
 }
 
 QString CAddTaskDlg::readFields()

@@ -4,9 +4,9 @@
 #include "fetch/text/site_url.h"
 #include "platform/build_config.h"
 #include "platform/file_ops.h"
+#include "ui/dialog/message_box.h"
 #include "ui/dialogs/add_task_dlg.h"
 
-#include <QMessageBox>
 #include <QMimeData>
 #include <QUrl>
 
@@ -125,8 +125,8 @@ void AddressIntake::storeCaptured(const CapturedMedia &media, const tasks::TaskI
     task.m_ConvOpts = chosen.m_ConvOpts;
     task.strOutputFolder = folderOfCaptured(chosen.strOutputFolder, media.title, task.strOriURL);
     if (const auto made = platform::makeFolders(task.strOutputFolder); !made) {
-        QMessageBox::warning(&m_window, QString(platform::build::kProductName),
-                             m_services.texts.text(u"strMsgInvalidFolder"_s));
+        MessageBox::warning(&m_window, QString(platform::build::kProductName),
+                            m_services.texts.text(u"strMsgInvalidFolder"_s));
         return;
     }
     task.strOutputName = fetch::cleanName(chosen.strOutputName, u'-');

@@ -3,6 +3,7 @@
 #include "app/language/menu_tables.h"
 #include "platform/build_config.h"
 #include "settings/general_options.h"
+#include "ui/dialog/message_box.h"
 #include "ui/main_window/caption_texts.h"
 #include "ui/main_window/main_menus.h"
 #include "ui/main_window/window_keys.h"
@@ -13,7 +14,6 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QShortcut>
 #include <QTimer>
@@ -70,7 +70,7 @@ CTollivarDlg::CTollivarDlg(const WindowServices &services)
     setWindowIcon(QIcon(DuiLib::CPaintManagerUI::imagePath(u"img/logo.svg"_s)));
     setAcceptDrops(true);
     createFace(u"AppTollivar.xml"_s, kControls);
-    setMinimumSize(paintManager().GetMinInfo());
+    setLeastSize(paintManager().GetMinInfo());
     bindList();
     bindIntake();
     bindMenus();
@@ -227,6 +227,9 @@ void CTollivarDlg::applyLanguage()
         control.setToolTip(withKeys(text(tip), keysOf(name)));
         control.setAccessibleName(text(tip));
     }
+    button("btnDownloading"_L1).setToolTip(text(u"strFilterDownloading"));
+    button("btnDownloaded"_L1).setToolTip(text(u"strFilterDownloaded"));
+    control<QLabel>("tCopyright"_L1).setToolTip(text(u"strBtnHome"));
     m_list->applyLanguage();
     showFlashNote();
     refreshCaptions();
@@ -380,7 +383,7 @@ void CTollivarDlg::closeEvent(QCloseEvent *event)
     }
     if (!m_hasToldAboutTray) {
         m_hasToldAboutTray = true;
-        QMessageBox::information(this, kProgram, text(u"strNoTray"));
+        MessageBox::information(this, kProgram, text(u"strNoTray"));
     }
     // Hidden without a tray icon, the window could never be found again.
     showMinimized();

@@ -2,6 +2,7 @@
 
 #include "app/language/menu_tables.h"
 #include "platform/build_config.h"
+#include "ui/dialog/message_box.h"
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/main_window/main_menus.h"
@@ -9,7 +10,6 @@
 
 #include <QGuiApplication>
 #include <QHash>
-#include <QMessageBox>
 #include <QToolButton>
 
 namespace tollivar::ui {
@@ -92,12 +92,12 @@ void CTollivarDlg::runCommand(int command)
 void CTollivarDlg::startSelected()
 {
     const bool filterChanged = m_commands.startSelected([this] {
-        switch (QMessageBox::question(this, QString(platform::build::kProductName),
-                                      text(u"strMsgCompletedTasks"),
-                                      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
-        case QMessageBox::Yes:
+        switch (MessageBox::question(this, QString(platform::build::kProductName),
+                                     text(u"strMsgCompletedTasks"),
+                                     MessageBox::Yes | MessageBox::No | MessageBox::Cancel)) {
+        case MessageBox::Yes:
             return Answer::Yes;
-        case QMessageBox::No:
+        case MessageBox::No:
             return Answer::No;
         default:
             return Answer::Cancel;
@@ -139,8 +139,8 @@ void CTollivarDlg::removeSelected()
 
 void CTollivarDlg::clearCompleted()
 {
-    if (QMessageBox::question(this, QString(platform::build::kProductName),
-                              text(u"strMsgRemoveAll")) != QMessageBox::Yes) {
+    if (MessageBox::question(this, QString(platform::build::kProductName),
+                             text(u"strMsgRemoveAll")) != MessageBox::Yes) {
         return;
     }
     button("btnDownloaded"_L1).setChecked(true);
