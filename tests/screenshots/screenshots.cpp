@@ -4,24 +4,32 @@
 #include "companions/clip_player/media_player.h"
 #include "companions/clip_player/player_window.h"
 #include "companions/sniff_browser/media_panel.h"
+#include "platform/build_config.h"
 #include "tests/support/rtmp_server.h"
 #include "tests/support/sandbox.h"
 #include "tests/support/wait_until.h"
+#include "tests/support/window_driver.h"
 #include "tests/ui/window_world.h"
+#include "ui/dialog/message_box.h"
 #include "ui/dialogs/about_dlg.h"
 #include "ui/dialogs/add_task_dlg.h"
 #include "ui/dialogs/cant_play_dlg.h"
+#include "ui/dialogs/checking_dlg.h"
 #include "ui/dialogs/confirm_delete_dlg.h"
 #include "ui/dialogs/settings_dialog.h"
 #include "ui/drop_zone/drag_dlg.h"
+#include "ui/drop_zone/drop_hint.h"
+#include "ui/main_window/main_menus.h"
 #include "ui/notify/task_notify_dlg.h"
 #include "ui/skin/paint_manager.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QHeaderView>
 #include <QPixmap>
-#include <QTest>
+#include <QStyle>
 #include <QToolButton>
+#include <QWindow>
 
 namespace {
 
@@ -105,8 +113,18 @@ void fill(test::WindowWorld &world, bool allFailed)
 
 void save(QWidget &window, const QString &folder, const QString &name)
 {
-    // Only a window that is on the screen is laid out.
-    QTest::qWait(60);
+    // Only a window that is on the screen is laid out, and then by events.
+    test::waitUntil("a window on the screen", [&window] {
+        return window.windowHandle() != nullptr && window.windowHandle()->isExposed();
+    });
+    QCoreApplication::sendPostedEvents();
+    if (window.property("clipped").toBool()) {
+        // As on a display that blends.
+        window.setProperty("clipped", false);
+        window.setAttribute(Qt::WA_TranslucentBackground);
+        window.style()->unpolish(&window);
+        window.style()->polish(&window);
+    }
     const QString scale = window.devicePixelRatioF() > 1.5 ? u"-2x"_s : QString();
     if (!window.grab().save(folder + u'/' + name + scale + u".png"_s)) {
         qFatal("cannot write %s", qPrintable(name));
@@ -133,6 +151,68 @@ void saveMain(const QString &folder, const QString &language)
     }
 }
 
+/// The rows sorted by name, one of them chosen and with the keyboard.
+void saveSorted(const QString &folder, const QString &language)
+{
+    test::WindowWorld world;
+    world.settings().SetLanguage(language);
+    fill(world, false);
+    auto &window = world.open();
+    auto &list = *window.findChild<ui::CListCtrlEx *>();
+    QApplication::setActiveWindow(&window);
+    list.setFocus();
+    const QHeaderView &header = *list.horizontalHeader();
+    const int left = header.sectionViewportPosition(static_cast<int>(ui::ListColumn::Name));
+    test::clickAt(*header.viewport(), {left + header.height(), header.height() / 2});
+    list.selectRows({2});
+    save(window, folder, u"main-sorted"_s);
+}
+
+void saveMenus(const QString &folder, const ui::WindowTexts &texts)
+{
+    ui::MainMenus menus(texts, [](int /*command*/) {});
+    menus.addProfiles([] { return QStringList{u"PSP - PSP MPEG-4 Video (*.mp4)"_s}; },
+                      [](const QString & /*profile*/) {});
+    menus.addCopyDetails([] {});
+    for (const auto &[name, menu] :
+         {std::pair(u"menu-help"_s, &menus.help()), {u"menu-list"_s, &menus.list()}}) {
+        menu->popup({});
+        save(*menu, folder, name);
+        menu->close();
+    }
+}
+
+void saveMessages(const QString &folder, const ui::WindowTexts &texts)
+{
+    using ui::MessageBox;
+    const QString title = platform::build::kProductName;
+    MessageBox question(MessageBox::Question, title, texts.text(u"strMsgCompletedTasks"_s),
+                        MessageBox::Yes | MessageBox::No | MessageBox::Cancel, nullptr);
+    MessageBox note(MessageBox::Information, title, texts.text(u"strNoTray"_s), MessageBox::Ok,
+                    nullptr);
+    MessageBox warning(MessageBox::Warning, title, texts.text(u"strMsgInvalidFolder"_s),
+                       MessageBox::Ok, nullptr);
+    for (const auto &[name, box] : {std::pair(u"message-question"_s, &question),
+                                    {u"message-note"_s, &note},
+                                    {u"message-warning"_s, &warning}}) {
+        box->show();
+        save(*box, folder, name);
+    }
+}
+
+void saveDropZone(const QString &folder, const ui::WindowTexts &texts)
+{
+    const platform::AppMessageInbox nobody([](const platform::AppMessage & /*message*/) {});
+    ui::CDragDlg zone(nobody.port(), texts.text);
+    constexpr double kShare = 0.62;
+    zone.setProgress(kShare);
+    zone.show();
+    save(zone, folder, u"drop-zone"_s);
+    auto &hint = *zone.findChild<ui::DropHint *>();
+    hint.showBeside(zone.frameGeometry(), texts.text(u"strDropHint"_s));
+    save(hint, folder, u"drop-hint"_s);
+}
+
 void saveDialogs(const QString &folder, const QString &language)
 {
     test::WindowWorld world;
@@ -140,6 +220,7 @@ void saveDialogs(const QString &folder, const QString &language)
     world.open();
     world.window().hide();
     const auto texts = world.texts();
+    world.settings().SetLastFolder(u"/home/me/Videos"_s);
     ui::CAddTaskDlg add(nullptr, world.settings(), texts,
                         {u"https://www.youtube.com/watch?v=concert42"_s, {}});
     add.show();
@@ -154,7 +235,8 @@ void saveDialogs(const QString &folder, const QString &language)
     ui::CSettingsDialog settings(nullptr, options, texts, ui::ClipboardWatch::InBackground);
     settings.show();
     save(settings, folder, u"settings"_s);
-    ui::CTaskNotifyDlg popup({u"/videos/"_s, u"Harbour at dawn"_s, u".mp4"_s}, texts.dialog);
+    ui::CTaskNotifyDlg popup({u"/home/me/Videos/"_s, u"Harbour at dawn"_s, u".mp4"_s},
+                             texts.dialog);
     popup.setAttribute(Qt::WA_DeleteOnClose, false);
     popup.show();
     save(popup, folder, u"completed"_s);
@@ -165,12 +247,12 @@ void saveDialogs(const QString &folder, const QString &language)
     ui::AboutDialog about(nullptr, texts.dialog);
     about.show();
     save(about, folder, u"about"_s);
-    const platform::AppMessageInbox nobody([](const platform::AppMessage & /*message*/) {});
-    ui::CDragDlg zone(nobody.port(), texts.text);
-    constexpr double kShare = 0.62;
-    zone.setProgress(kShare);
-    zone.show();
-    save(zone, folder, u"drop-zone"_s);
+    ui::CheckingDialog checking(nullptr, texts.dialog);
+    checking.show();
+    save(checking, folder, u"checking"_s);
+    saveMenus(folder, texts);
+    saveMessages(folder, texts);
+    saveDropZone(folder, texts);
 }
 
 void saveCapturePanel(const QString &folder)
@@ -242,11 +324,14 @@ void savePlayer(QApplication &application, const QString &folder)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
+    // The same picture every time.
+    QApplication::setCursorFlashTime(0);
     const QString folder = QApplication::arguments().value(1, u"."_s);
     const QString language = QApplication::arguments().value(2);
     QDir().mkpath(folder);
     test::useDefaultSkin();
     saveMain(folder, language);
+    saveSorted(folder, language);
     saveDialogs(folder, language);
     if (language.isEmpty()) {
         saveCapturePanel(folder);

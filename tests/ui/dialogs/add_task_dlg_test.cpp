@@ -22,6 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int kWidth = 668;
 const QString kWatchPage = u"http://www.youtube.com/watch?v="_s;
 
 } // namespace
@@ -111,7 +112,7 @@ TEST_F(AddTaskDlgTest, moreShowsTheConversionAndLessHidesIt)
     click(u"btnMore"_s);
     EXPECT_FALSE(find<QWidget>(u"convertOptions"_s).isVisible());
     EXPECT_EQ(dialog.height(), 292);
-    EXPECT_EQ(dialog.width(), 600);
+    EXPECT_EQ(dialog.width(), kWidth);
     EXPECT_EQ(dialog.pos(), place);
 }
 
@@ -192,6 +193,39 @@ TEST_F(AddTaskDlgTest, theQualityIsOfferedForPagesOfTheVideoSiteInTheFirstModeOn
     EXPECT_EQ(dialog.task().nModeHigh, 0);
     EXPECT_EQ(dialog.task().nModeLow, 2);
     EXPECT_EQ(dialog.task().strFileType, u".swf"_s);
+}
+
+TEST_F(AddTaskDlgTest, keepsItsSizeInEveryLanguageWhateverItShows)
+{
+    m_world.open();
+    for (const QString &language : m_texts.languages()) {
+        m_texts.applyLanguage(language);
+        CAddTaskDlg &dialog = open();
+        const auto expectSize = [&](int height) {
+            QCoreApplication::sendPostedEvents();
+            EXPECT_EQ(dialog.size(), QSize(kWidth, height)) << language.toStdString();
+        };
+        expectSize(292);
+        test::type(find<QLineEdit>(u"editURL"_s), kWatchPage);
+        expectSize(292);
+        auto &quality = find<QComboBox>(u"cbYoutubeMode"_s);
+        EXPECT_GE(quality.width(), quality.sizeHint().width()) << language.toStdString();
+        click(u"btnMore"_s);
+        expectSize(452);
+        find<QLineEdit>(u"editURL"_s).clear();
+        click(u"btnMore"_s);
+        expectSize(292);
+    }
+}
+
+TEST_F(AddTaskDlgTest, theQualityEndsWhereTheFieldsAboveDo)
+{
+    const CAddTaskDlg &dialog = open(kWatchPage + u"x"_s);
+    const auto end = [&dialog](const QWidget &field) {
+        return field.mapTo(&dialog, QPoint(field.width(), 0)).x();
+    };
+    EXPECT_EQ(end(find<QWidget>(u"cbYoutubeMode"_s)), end(find<QWidget>(u"editURL"_s)));
+    EXPECT_EQ(end(find<QWidget>(u"btnBrowse"_s)), end(find<QWidget>(u"editURL"_s)));
 }
 
 TEST_F(AddTaskDlgTest, theChosenQualityReachesTheTask)
