@@ -117,6 +117,7 @@ constexpr std::array kTexts = {
     BuiltInText{u"strYes", u"&Yes"},
     BuiltInText{u"strNo", u"&No"},
     BuiltInText{u"strRetry", u"Retry"},
+    BuiltInText{u"strClose", u"Close"},
 };
 
 } // namespace

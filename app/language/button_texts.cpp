@@ -14,7 +14,7 @@ struct Button {
 };
 constexpr std::array kButtons = {
     Button{"OK", u"strOK"}, Button{"Cancel", u"strCancel"}, Button{"Yes", u"strYes"},
-    Button{"No", u"strNo"}, Button{"Retry", u"strRetry"},
+    Button{"No", u"strNo"}, Button{"Retry", u"strRetry"},   Button{"Close", u"strClose"},
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 // Draws every window with made-up tasks and saves the pictures: screenshots FOLDER [LANGUAGE].
 
+#include "app/language/button_texts.h"
 #include "companions/clip_player/look.h"
 #include "companions/clip_player/media_player.h"
 #include "companions/clip_player/player_window.h"
@@ -251,6 +252,7 @@ void saveDialogs(const QString &folder, const QString &language)
     checking.show();
     save(checking, folder, u"checking"_s);
     saveMenus(folder, texts);
+    const language::ButtonTexts buttons(texts.text);
     saveMessages(folder, texts);
     saveDropZone(folder, texts);
 }

@@ -24,7 +24,8 @@ TEST(ButtonTexts, standOnTheButtonsOfEveryDesktop)
                                      {"&Cancel", u"strCancel"_s},
                                      {"&Yes", u"strYes"_s},
                                      {"&No", u"strNo"_s},
-                                     {"Retry", u"strRetry"_s}}) {
+                                     {"Retry", u"strRetry"_s},
+                                     {"Close", u"strClose"_s}}) {
         EXPECT_EQ(shown("QPlatformTheme", source), id);
         EXPECT_EQ(shown("QGnomeTheme", source), id);
     }
