@@ -328,9 +328,12 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     // The same picture every time.
     QApplication::setCursorFlashTime(0);
-    const QString folder = QApplication::arguments().value(1, u"."_s);
+    const QString folder = QDir(QApplication::arguments().value(1, u"."_s)).absolutePath();
     const QString language = QApplication::arguments().value(2);
     QDir().mkpath(folder);
+    // Dialogs store their layouts where the program runs.
+    const test::Sandbox work;
+    QDir::setCurrent(work.path());
     test::useDefaultSkin();
     saveMain(folder, language);
     saveSorted(folder, language);
