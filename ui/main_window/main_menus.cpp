@@ -121,11 +121,14 @@ void MainMenus::addProfiles(const Profiles &profiles, const Convert &convert)
     });
 }
 
-void MainMenus::addCopyDetails(const std::function<void()> &copy)
+void MainMenus::addCopyDetails(const std::function<void()> &copy,
+                               const std::function<bool()> &canCopy)
 {
     QAction *action = m_list.addAction(QString(), copy);
-    QObject::connect(&m_list, &QMenu::aboutToShow, action,
-                     [this, action] { action->setText(m_texts.text(u"strCopyDetails"_s)); });
+    QObject::connect(&m_list, &QMenu::aboutToShow, action, [this, action, canCopy] {
+        action->setText(m_texts.text(u"strCopyDetails"_s));
+        action->setEnabled(canCopy());
+    });
 }
 
 } // namespace tollivar::ui

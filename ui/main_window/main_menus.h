@@ -34,8 +34,9 @@ public:
     [[nodiscard]] QMenu &help() { return m_help; }
     [[nodiscard]] QMenu &list() { return m_list; }
     [[nodiscard]] QMenu &tray() { return m_tray; }
-    /// Ends the list's menu with the entry that copies what a question about a task needs.
-    void addCopyDetails(const std::function<void()> &copy);
+    /// Ends the list's menu with the entry that copies what a question about a task needs; grey
+    /// while there is nothing to copy.
+    void addCopyDetails(const std::function<void()> &copy, const std::function<bool()> &canCopy);
 
 private:
     void fill(QMenu &menu, const language::MenuTable &table, const Command &command);

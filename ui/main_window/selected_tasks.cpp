@@ -2,7 +2,6 @@
 
 #include "app/language/menu_tables.h"
 #include "convert/profile_table.h"
-#include "platform/file_ops.h"
 #include "ui/main_window/task_details.h"
 
 #include <QClipboard>
@@ -24,6 +23,20 @@ namespace {
 bool isCompleted(const TaskWorker *worker)
 {
     return worker->state() == TaskState::Completed;
+}
+
+bool isOfSelected(int command)
+{
+    const auto entries = language::listMenu().entries;
+    return std::any_of(entries.begin(), entries.end(), [command](const language::MenuEntry &entry) {
+        return entry.kind == language::MenuEntry::Kind::Command && entry.command == command;
+    });
+}
+
+/// As far as is known: the window never waits for the disk, where it may be gone meanwhile.
+bool hasFile(const TaskInfo &task)
+{
+    return task.bFileCreated != 0;
 }
 
 } // namespace
@@ -94,16 +107,19 @@ void SelectedTasks::runOn(int command, const std::vector<TaskInfo> &tasks)
 
 bool SelectedTasks::can(int command) const
 {
-    const auto selected = records();
-    const auto hasFile = [](const TaskInfo &task) { return platform::exists(task.outputPath()); };
+    const auto selected = workers();
+    if (selected.empty()) {
+        return !isOfSelected(command);
+    }
     const auto any = [&selected](const auto &isSo) {
-        return std::any_of(selected.begin(), selected.end(), isSo);
+        return std::any_of(selected.begin(), selected.end(),
+                           [&isSo](const TaskWorker *worker) { return isSo(worker->record()); });
     };
     switch (command) {
     case commands::kPlay:
     case commands::kPlayInPlayer:
     case commands::kBrowseFile:
-        return !selected.empty() && hasFile(selected.front());
+        return hasFile(selected.front()->record());
     case commands::kConvert:
         return any(hasFile);
     case commands::kCopyWebAddress:
@@ -111,10 +127,15 @@ bool SelectedTasks::can(int command) const
     case commands::kCopyFileAddress:
         return any([](const TaskInfo &task) { return !task.strDownloadUrl.isEmpty(); });
     case commands::kOpenWebPage:
-        return !selected.empty() && !selected.front().strOriURL.isEmpty();
+        return !selected.front()->record().strOriURL.isEmpty();
     default:
         return true;
     }
+}
+
+bool SelectedTasks::areThere() const
+{
+    return m_list.selectionModel()->hasSelection();
 }
 
 void SelectedTasks::play()

@@ -39,6 +39,7 @@ public:
     void convertTo(const QString &profile);
     /// What a question about them needs, to the clipboard.
     void copyDetails();
+    [[nodiscard]] bool areThere() const;
 
 Q_SIGNALS:
     /// With the companion player; the path is empty when no task is selected.

@@ -147,7 +147,8 @@ void CTollivarDlg::bindMenus()
     m_menus->addProfiles([this] { return m_selected->profiles(); },
                          [this](const QString &profile) { m_selected->convertTo(profile); });
     m_menus->enableListBy([this](int command) { return m_selected->can(command); });
-    m_menus->addCopyDetails([this] { m_selected->copyDetails(); });
+    m_menus->addCopyDetails([this] { m_selected->copyDetails(); },
+                            [this] { return m_selected->areThere(); });
 }
 
 void CTollivarDlg::bindTray()

@@ -418,11 +418,8 @@ QModelIndex CListCtrlEx::moveCursor(CursorAction action, Qt::KeyboardModifiers m
 void CListCtrlEx::contextMenuEvent(QContextMenuEvent *event)
 {
     const auto rows = selectedRows();
-    if (rows.empty()) {
-        return;
-    }
     QPoint place = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard) {
+    if (event->reason() == QContextMenuEvent::Keyboard && !rows.empty()) {
         const QRect row = visualRect(m_model->index(rows.front(), kNameColumn));
         const QRect seen = viewport()->rect();
         const QPoint inView(std::clamp(row.center().x(), seen.left(), seen.right()),

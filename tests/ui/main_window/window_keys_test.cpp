@@ -196,7 +196,7 @@ TEST_F(WindowKeys, theListsMenuGreysOutWhatATaskHasNotYet)
     task.strOutputName = u"b"_s;
     task.strDownloadUrl = u"http://cdn.example/b"_s;
     task.strFileType = u".flv"_s;
-    m_world.sandbox().write(u"b.flv"_s, "x");
+    task.bFileCreated = 1;
     m_world.add(task);
     openInFront();
     for (const int command : {commands::kPlay, commands::kPlayInPlayer, commands::kBrowseFile,

@@ -205,12 +205,16 @@ TEST_F(ListKeysTest, theMenuOfARowOutOfSightStaysOnTheList)
     EXPECT_TRUE(m_list->viewport()->rect().contains(place));
 }
 
-TEST_F(ListKeysTest, withoutASelectionThereIsNoMenu)
+TEST_F(ListKeysTest, theMenuComesWithoutASelectionToo)
 {
     showTasks(3);
     QSignalSpy wanted(m_list.get(), &CListCtrlEx::menuWanted);
-    askForMenu(QContextMenuEvent::Mouse, {20, 3 * m_list->rowHeight() + 20});
-    EXPECT_EQ(wanted.size(), 0);
+    const QPoint below(20, 3 * m_list->rowHeight() + 20);
+    askForMenu(QContextMenuEvent::Mouse, below);
+    ASSERT_EQ(wanted.size(), 1);
+    EXPECT_EQ(wanted[0][0].toPoint(), m_list->viewport()->mapToGlobal(below));
+    askForMenu(QContextMenuEvent::Keyboard, below);
+    EXPECT_EQ(wanted.size(), 2);
 }
 
 TEST_F(ListKeysTest, aRightClickSelectsTheRowUnlessItIsSelected)
