@@ -3,6 +3,8 @@
 
 #include <QByteArray>
 
+#include <xcb/xcb.h>
+
 namespace tollivar::platform {
 
 using internal::ReplyOwner;
@@ -10,8 +12,8 @@ using internal::ReplyOwner;
 bool isDisplayComposited()
 {
     int screen = 0;
-    const internal::DisplayConnection connection(xcb_connect(nullptr, &screen), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0) {
+    const internal::DisplayConnection connection = internal::connectToDisplay(screen);
+    if (!connection) {
         return true;
     }
     // By convention a compositor owns the selection of this name.

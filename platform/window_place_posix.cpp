@@ -1,13 +1,15 @@
 #include "platform/internal/display_posix.h"
 #include "platform/window_place.h"
 
+#include <xcb/xcb.h>
+
 namespace tollivar::platform {
 
 std::optional<QPoint> windowPlace(std::uint32_t window)
 {
     int number = 0;
-    const internal::DisplayConnection connection(xcb_connect(nullptr, &number), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0) {
+    const internal::DisplayConnection connection = internal::connectToDisplay(number);
+    if (!connection) {
         return std::nullopt;
     }
     auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));

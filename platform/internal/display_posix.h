@@ -2,7 +2,8 @@
 
 #include <cstdlib>
 #include <memory>
-#include <xcb/xcb.h>
+
+struct xcb_connection_t;
 
 namespace tollivar::platform::internal {
 
@@ -13,6 +14,12 @@ struct FreeReply {
 template<typename Reply>
 using ReplyOwner = std::unique_ptr<Reply, FreeReply>;
 
-using DisplayConnection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+struct Disconnect {
+    void operator()(xcb_connection_t *connection) const;
+};
+using DisplayConnection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+/// The display of this session, and the number of the screen on it; null when there is none.
+[[nodiscard]] DisplayConnection connectToDisplay(int &screen);
 
 } // namespace tollivar::platform::internal
