@@ -53,14 +53,27 @@ public:
     }
     void waitFor(const char *word)
     {
-        waitUntil(word, [&] {
-            m_process.waitForReadyRead(0);
-            m_said += m_process.readAllStandardOutput();
-            return m_said.contains(word);
+        waitUntil(word, [&] { return hasSaid(word); });
+    }
+    /// Moves about there until what is there has seen the drag: it begins at its own pace, and
+    /// moves before are not followed.
+    void waitUntilWelcome(QPoint target)
+    {
+        int steps = 0;
+        waitUntil("welcome", [&] {
+            m_desktop.moveTo(target + QPoint(++steps % 2, 0));
+            return hasSaid("welcome");
         });
     }
 
 private:
+    bool hasSaid(const char *word)
+    {
+        m_process.waitForReadyRead(0);
+        m_said += m_process.readAllStandardOutput();
+        return m_said.contains(word);
+    }
+
     const DesktopSession &m_desktop;
     QProcess m_process;
     QByteArray m_said;
@@ -317,7 +330,7 @@ void DesktopSession::dropText(const QString &text, QPoint target)
     m_dragSource.reset();
     m_dragSource = std::make_unique<DragSource>(*this, QStringList{QStringLiteral("text"), text});
     m_dragSource->pullTo(target);
-    m_dragSource->waitFor("welcome");
+    m_dragSource->waitUntilWelcome(target);
     letGo();
     m_dragSource->waitFor("taken");
 }
