@@ -174,7 +174,7 @@ void saveMenus(const QString &folder, const ui::WindowTexts &texts)
     ui::MainMenus menus(texts, [](int /*command*/) {});
     menus.addProfiles([] { return QStringList{u"PSP - PSP MPEG-4 Video (*.mp4)"_s}; },
                       [](const QString & /*profile*/) {});
-    menus.addCopyDetails([] {});
+    menus.addCopyDetails([] {}, [] { return true; });
     for (const auto &[name, menu] :
          {std::pair(u"menu-help"_s, &menus.help()), {u"menu-list"_s, &menus.list()}}) {
         menu->popup({});

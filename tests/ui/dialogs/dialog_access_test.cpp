@@ -70,14 +70,17 @@ protected:
 
 TEST_F(DialogAccess, everyControlHasANameInEveryLanguage)
 {
-    for (const QString &language : m_world.texts().languages()) {
+    const QStringList languages = m_world.texts().languages();
+    ASSERT_EQ(languages.size(), 11);
+    for (const QString &language : languages) {
         m_world.texts().applyLanguage(language);
         eachDialog([&language](const QWidget &dialog) {
             const auto names = spokenNames(dialog);
             EXPECT_FALSE(names.empty());
             for (const auto &[control, name] : names) {
                 EXPECT_FALSE(name.isEmpty())
-                    << control.toStdString() << " of " << dialog.windowTitle().toStdString();
+                    << control.toStdString() << " of " << dialog.windowTitle().toStdString()
+                    << " in " << language.toStdString();
             }
         });
     }
