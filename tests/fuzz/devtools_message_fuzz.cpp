@@ -4,6 +4,7 @@
 #include "companions/capture/media_rank.h"
 #include "companions/capture/network_watch.h"
 #include "companions/capture/page_report.h"
+#include "platform/web_address.h"
 
 #include <QByteArray>
 
@@ -60,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     page.answered = network.candidates();
     for (const auto preference : {MediaPreference::Video, MediaPreference::Flash}) {
         for (const MediaFound &medium : rankMedia(page, preference)) {
-            check(medium.address.startsWith(u"http://") || medium.address.startsWith(u"https://"));
+            check(tollivar::platform::isWebAddress(medium.address));
             check(!medium.length || *medium.length >= 0);
         }
     }

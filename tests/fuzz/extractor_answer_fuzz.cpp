@@ -3,6 +3,7 @@
 #include "companions/capture/answer_writer.h"
 #include "companions/pageprobe/extractor_answer.h"
 #include "fetch/parser_answer.h"
+#include "platform/web_address.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (media.size() > 1 || records.size() != media.size()) {
         std::abort();
     }
-    if (!records.empty() && !records.front().address.startsWith(u"http")) {
+    if (!records.empty() && !platform::isWebAddress(records.front().address)) {
         std::abort();
     }
     return 0;
