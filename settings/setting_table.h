@@ -30,7 +30,7 @@ inline constexpr Setting kLanguage{kWindowSection, QLatin1StringView("LANGUAGE")
                                    QLatin1StringView("")};
 inline constexpr Setting kTrayInfoShowTime{kWindowSection, QLatin1StringView("TRAYINFO_SHOWTIME"),
                                            SettingType::Number, QLatin1StringView("0")};
-/// Where the drop zone floats, "x,y" on the screen; empty: in the upper right corner.
+/// Where the drop zone floats, "x,y" on the screen; empty: at the right edge.
 inline constexpr Setting kDropZonePlace{kWindowSection, QLatin1StringView("DROPZONE_PLACE"),
                                         SettingType::Text, QLatin1StringView("")};
 /// Where the main window stood, "x,y,width,height" on the screens; empty: nowhere yet.

@@ -72,9 +72,7 @@ TEST_F(ProgramOnDesktop, aDoubleClickOnTheIconRestoresAMinimizedWindow)
 TEST_F(ProgramOnDesktop, aHiddenStartShowsItsWindowWhenItIsWanted)
 {
     m_desktop.startTray();
-    qputenv("TOLLIVAR_START_HIDDEN", "1");
-    m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
-    qunsetenv("TOLLIVAR_START_HIDDEN");
+    startHidden();
     static_cast<void>(m_desktop.waitForWindow(kDropZone));
     // What works on tasks has started whole.
     download("/one.mp4");

@@ -42,9 +42,15 @@ protected:
     /// Starts the program and waits for its window.
     QString start()
     {
-        m_program = std::make_unique<test::ProgramRun>(m_sandbox, QStringLiteral("Tollivar"),
-                                                       QStringList{});
+        launch();
         return m_desktop.waitForWindow(kMainWindow);
+    }
+    /// Starts the program without its window, as a log-in can do.
+    void startHidden()
+    {
+        qputenv("TOLLIVAR_START_HIDDEN", "1");
+        launch();
+        qunsetenv("TOLLIVAR_START_HIDDEN");
     }
     void end()
     {
@@ -75,6 +81,12 @@ protected:
                                    QStringLiteral("direct"), QStringLiteral("--folder"),
                                    QStringLiteral("out"), m_site.address(path)});
         EXPECT_EQ(terminal.finish(), 0);
+    }
+
+    void launch()
+    {
+        m_program = std::make_unique<test::ProgramRun>(m_sandbox, QStringLiteral("Tollivar"),
+                                                       QStringList{});
     }
 
     test::Sandbox m_sandbox;

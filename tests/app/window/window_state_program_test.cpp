@@ -21,9 +21,7 @@ void pressClose(const test::DesktopSession &desktop, const QString &window)
 
 TEST_F(ProgramOnDesktop, aHiddenStartWaitsForATrayThatComesUpAfterIt)
 {
-    qputenv("TOLLIVAR_START_HIDDEN", "1");
-    m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
-    qunsetenv("TOLLIVAR_START_HIDDEN");
+    startHidden();
     static_cast<void>(m_desktop.waitForWindow(kDropZone));
     EXPECT_FALSE(isShown(kMainWindow));
     m_desktop.startTray();
@@ -37,9 +35,7 @@ TEST_F(ProgramOnDesktop, aHiddenStartWaitsForATrayThatComesUpAfterIt)
 
 TEST_F(ProgramOnDesktop, whereNoTrayComesAHiddenStartEndsWithTheWindow)
 {
-    qputenv("TOLLIVAR_START_HIDDEN", "1");
-    m_program = std::make_unique<ProgramRun>(m_sandbox, u"Tollivar"_s, QStringList{});
-    qunsetenv("TOLLIVAR_START_HIDDEN");
+    startHidden();
     static_cast<void>(m_desktop.waitForWindow(kDropZone));
     EXPECT_FALSE(isShown(kMainWindow));
     static_cast<void>(m_desktop.waitForWindow(kMainWindow));
